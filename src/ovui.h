@@ -1,0 +1,17 @@
+#ifndef OVUI_OVUI_H_
+#define OVUI_OVUI_H_
+
+// Everything of ovui that needs no Qt: values, logging, helpers, threads,
+// reference counting, events, models and view models.
+
+#include "base/file_utils.h"
+#include "base/log.h"
+#include "base/ref_obj.h"
+#include "base/str_utils.h"
+#include "base/thread.h"
+#include "base/value.h"
+#include "events/event.h"
+#include "events/event_emitter.h"
+#include "events/event_listener.h"
+
+#endif  // OVUI_OVUI_H_
