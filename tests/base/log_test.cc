@@ -1,0 +1,61 @@
+#include "base/log.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/log_capture.h"
+
+namespace {
+
+int g_check_line = 0;
+
+bool FailingCheck(int index) {
+  g_check_line = __LINE__ + 1;
+  OVUI_CHECK(index < 3, false);
+  return true;
+}
+
+}  // namespace
+
+TEST(LogTest, NothingIsWrittenBeforeInit) {
+  base::LogDeinit();
+  testing::internal::CaptureStdout();
+  base::Log("x.cc", 1, 3, "lost\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(LogTest, LevelsBelowTheMinimumAreDropped) {
+  base::LogInit(nullptr, 3);
+  testing::internal::CaptureStdout();
+  base::Log("a.cc", 10, 2, "quiet\n");
+  base::Log("a.cc", 11, 3, "loud %d\n", 7);
+  const std::string out = testing::internal::GetCapturedStdout();
+  base::LogDeinit();
+  EXPECT_EQ(out, "a.cc:11[3] loud 7\n");
+}
+
+TEST(LogTest, PrefixUsesTheBaseNameSlashFirst) {
+  ovui_test::LogCapture log;
+  base::Log("a/b\\c.cc", 5, 1, "m\n");
+  base::Log("dir\\file.cc", 6, 1, "n\n");
+  base::Log("plain.cc", 7, 1, "o\n");
+  EXPECT_EQ(log.Text(), "b\\c.cc:5[1] m\nfile.cc:6[1] n\nplain.cc:7[1] o\n");
+}
+
+TEST(LogTest, FailedCheckNamesFunctionLineAndCondition) {
+  ovui_test::LogCapture log;
+  EXPECT_TRUE(FailingCheck(1));
+  EXPECT_EQ(log.Text(), "");
+  EXPECT_FALSE(FailingCheck(5));
+  const std::string line = std::to_string(g_check_line);
+  EXPECT_EQ(log.Text(), "log_test.cc:" + line + "[2] FailingCheck:" + line + " index < 3\n");
+}
+
+TEST(LogTest, UnopenableFileFallsBackToStdout) {
+  base::LogInit("/nonexistent-dir/x.log", 0);
+  testing::internal::CaptureStdout();
+  base::Log("f.cc", 1, 0, "here\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "f.cc:1[0] here\n");
+  base::LogDeinit();
+}

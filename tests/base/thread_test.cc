@@ -1,0 +1,129 @@
+#include "base/thread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+#include "base/ref_obj.h"
+#include "support/log_capture.h"
+
+namespace {
+
+void* Throwing(void*) {
+  throw std::runtime_error("boom");
+}
+
+void* Count(void* arg) {
+  ++*static_cast<std::atomic<int>*>(arg);
+  return nullptr;
+}
+
+struct KillContext {
+  base::Thread* thread;
+  std::atomic<bool> after_kill{false};
+};
+
+void* KillSelf(void* arg) {
+  auto* ctx = static_cast<KillContext*>(arg);
+  ctx->thread->Kill();
+  ctx->after_kill = true;  // never reached
+  return nullptr;
+}
+
+class Counted : public base::RefObj<Counted>, public base::NoneClonable {
+ public:
+  explicit Counted(int* destroyed) : destroyed(destroyed) {}
+  ~Counted() override { ++*destroyed; }
+
+ private:
+  int* destroyed;
+};
+
+}  // namespace
+
+TEST(ThreadTest, RunsTheFunctionAndJoins) {
+  ovui_test::LogCapture log;
+  std::atomic<int> counter{0};
+  base::Thread t;
+  ASSERT_TRUE(t.Start(&Count, &counter));
+  EXPECT_TRUE(t.Join());
+  EXPECT_EQ(counter, 1);
+  EXPECT_FALSE(t.IsRunning());
+  EXPECT_TRUE(t.Join());  // idle: at once
+  EXPECT_TRUE(log.HasLineEndingWith("] Thread Enter"));
+  EXPECT_TRUE(log.HasLineEndingWith("] Thread Exit"));
+
+  ASSERT_TRUE(t.Start(&Count, &counter));  // reusable
+  EXPECT_TRUE(t.Join());
+  EXPECT_EQ(counter, 2);
+}
+
+TEST(ThreadTest, NullFunctionIsRefused) {
+  ovui_test::LogCapture log;
+  base::Thread t;
+  EXPECT_FALSE(t.Start(nullptr, nullptr));
+  EXPECT_FALSE(t.IsRunning());
+  EXPECT_NE(log.Text().find("[2] Start:"), std::string::npos);
+  EXPECT_TRUE(log.HasLineEndingWith(" func != NULL"));
+}
+
+TEST(ThreadTest, AThrowingFunctionIsLoggedAndStillExits) {
+  ovui_test::LogCapture log;
+  base::Thread t;
+  ASSERT_TRUE(t.Start(&Throwing, nullptr));
+  t.Join();
+  EXPECT_FALSE(t.IsRunning());
+  const std::string text = log.Text();
+  const size_t exception = text.find("[2] Thread Exception.\n");
+  ASSERT_NE(exception, std::string::npos);
+  EXPECT_NE(text.find("[0] Thread Exit\n", exception), std::string::npos);
+}
+
+TEST(ThreadTest, KillEndsOnlyTheCallingThread) {
+  ovui_test::LogCapture log;
+  base::Thread idle;
+  EXPECT_FALSE(idle.Kill());
+  EXPECT_TRUE(log.HasLineEndingWith(" this->running"));
+
+  base::Thread t;
+  KillContext ctx{&t};
+  ASSERT_TRUE(t.Start(&KillSelf, &ctx));
+  EXPECT_TRUE(t.Join());
+  EXPECT_FALSE(ctx.after_kill);
+  EXPECT_FALSE(t.IsRunning());
+}
+
+TEST(MutexTest, IsRecursiveAndExcludesOtherThreads) {
+  base::Mutex m;
+  EXPECT_TRUE(m.Lock());
+  EXPECT_TRUE(m.Lock());  // same thread again
+  std::atomic<bool> other_got_it{false};
+  std::thread other([&] {
+    m.Lock();
+    other_got_it = true;
+    m.Unlock();
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_FALSE(other_got_it);
+  EXPECT_TRUE(m.Unlock());
+  EXPECT_FALSE(other_got_it);  // still held once
+  EXPECT_TRUE(m.Unlock());
+  other.join();
+  EXPECT_TRUE(other_got_it);
+}
+
+TEST(RefObjTest, LastReleaseDeletesThroughTheVirtualDestructor) {
+  int destroyed = 0;
+  auto* obj = new Counted(&destroyed);
+  EXPECT_EQ(obj->RefCount(), 1);
+  obj->AddRef();
+  obj->Release();
+  EXPECT_EQ(destroyed, 0);
+  EXPECT_EQ(obj->RefCount(), 1);
+  base::RefObj<Counted>* as_base = obj;
+  as_base->Release();
+  EXPECT_EQ(destroyed, 1);
+  base::SafeRelease<Counted>(nullptr);
+}

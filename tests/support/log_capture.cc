@@ -1,0 +1,63 @@
+#include "support/log_capture.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "base/log.h"
+
+namespace ovui_test {
+
+LogCapture::LogCapture(int min_level) : min_level(min_level) {
+  char name[] = "/tmp/ovui-log-XXXXXX";
+  int fd = mkstemp(name);
+  if (fd >= 0) close(fd);
+  path = name;
+  base::LogInit(path.c_str(), min_level);
+}
+
+LogCapture::~LogCapture() {
+  base::LogDeinit();
+  std::remove(path.c_str());
+}
+
+std::string LogCapture::Text() const {
+  base::LogDeinit();  // flushes; reopened below so later lines still land
+  std::ifstream in(path);
+  std::stringstream ss;
+  ss << in.rdbuf();
+  base::LogInit(path.c_str(), min_level);
+  return ss.str();
+}
+
+bool LogCapture::HasLineEndingWith(const std::string& suffix) const {
+  std::istringstream lines(Text());
+  for (std::string line; std::getline(lines, line);) {
+    if (line.size() >= suffix.size() &&
+        line.compare(line.size() - suffix.size(), suffix.size(), suffix) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void LogCapture::Clear() {
+  base::LogDeinit();
+  std::ofstream(path, std::ios::trunc);
+  base::LogInit(path.c_str(), min_level);
+}
+
+TempDir::TempDir() {
+  char name[] = "/tmp/ovui-test-XXXXXX";
+  if (mkdtemp(name)) path = name;
+}
+
+TempDir::~TempDir() {
+  std::error_code ec;
+  if (!path.empty()) std::filesystem::remove_all(path, ec);
+}
+
+}  // namespace ovui_test
