@@ -13,5 +13,12 @@
 #include "events/event.h"
 #include "events/event_emitter.h"
 #include "events/event_listener.h"
+#include "mvvm/icommand.h"
+#include "mvvm/iconverter.h"
+#include "mvvm/imodel.h"
+#include "mvvm/ivalidator.h"
+#include "mvvm/menu_data.h"
+#include "mvvm/model.h"
+#include "mvvm/view_model.h"
 
 #endif  // OVUI_OVUI_H_

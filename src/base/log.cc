@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace base {
@@ -41,6 +42,12 @@ void Log(const char* file, int line, LogLevel level, const char* fmt, ...) {
   va_start(args, fmt);
   std::vfprintf(stream, fmt, args);
   va_end(args);
+}
+
+void AssertFailed(const char* condition, const char* file, int line) {
+  std::fprintf(stderr, "Assertion failed: %s, file %s, line %d\n", condition, BaseName(file), line);
+  Log(file, line, 3, "Assertion failed: %s\n", condition);
+  std::abort();
 }
 
 }  // namespace base

@@ -34,4 +34,14 @@ void Log(const char* file, int line, LogLevel level, const char* fmt, ...)
     }                         \
   } while (0)
 
+namespace base {
+// Reports a failed assertion on standard error and in the log, then aborts.
+[[noreturn]] void AssertFailed(const char* condition, const char* file, int line);
+}  // namespace base
+
+// A programming error that must stop the program, in every build type: a
+// property stored with the wrong size would otherwise corrupt memory.
+#define OVUI_ASSERT(cond) \
+  ((cond) ? static_cast<void>(0) : ::base::AssertFailed(#cond, __FILE__, __LINE__))
+
 #endif  // OVUI_BASE_LOG_H_

@@ -1,0 +1,229 @@
+#include "mvvm/model.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include "base/log.h"
+
+namespace vm {
+
+namespace {
+
+const char kStdStringName[] = "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";
+
+struct SpelledType {
+  const char* name;
+  char code;
+};
+
+const SpelledType kSpelledTypes[] = {
+    {"signed char", 'a'},      {"bool", 'b'},  {"unsigned char", 'h'}, {"short", 's'},
+    {"unsigned short", 't'},   {"int", 'i'},   {"unsigned int", 'j'},  {"__int64", 'x'},
+    {"unsigned __int64", 'y'}, {"float", 'f'}, {"double", 'd'},
+};
+
+char StorageCode(const std::string& type_name, unsigned size) {
+  if (type_name == kStdStringName) return 'z';
+  if (type_name.size() == 1) {
+    if (type_name[0] == 'l') return size == 8 ? 'x' : 'i';
+    if (type_name[0] == 'm') return 'y';
+    return type_name[0];
+  }
+  if (!type_name.empty()) {
+    for (const SpelledType& t : kSpelledTypes) {
+      if (type_name == t.name) return t.code;
+    }
+  }
+  switch (size) {
+    case 1:
+      return 'a';
+    case 2:
+      return 's';
+    case 4:
+      return 'i';
+    case 8:
+      return 'x';
+    default:
+      break;
+  }
+  base::Log(__FILE__, __LINE__, 2, "Treat %s as I64\n", type_name.c_str());
+  OVUI_ASSERT(!"Not Supported Type");
+  return 0;
+}
+
+template <typename T>
+T& At(void* addr) {
+  return *static_cast<T*>(addr);
+}
+
+}  // namespace
+
+bool Model::Prop::GetProp(const Model* model, base::Value& v) const {
+  if (this->getter) return (model->*(this->getter))(v);
+  switch (this->type) {
+    case 'a':
+      OVUI_ASSERT(this->size == sizeof(int8_t));
+      v.I8(At<int8_t>(this->addr));
+      break;
+    case 'b':
+      OVUI_ASSERT(this->size == sizeof(bool));
+      v.Bool(At<bool>(this->addr));
+      break;
+    case 'h':
+      OVUI_ASSERT(this->size == sizeof(uint8_t));
+      v.U8(At<uint8_t>(this->addr));
+      break;
+    case 's':
+      OVUI_ASSERT(this->size == sizeof(int16_t));
+      v.I16(At<int16_t>(this->addr));
+      break;
+    case 't':
+      OVUI_ASSERT(this->size == sizeof(uint16_t));
+      v.U16(At<uint16_t>(this->addr));
+      break;
+    case 'i':
+      OVUI_ASSERT(this->size == sizeof(int32_t));
+      v.I32(At<int32_t>(this->addr));
+      break;
+    case 'j':
+      OVUI_ASSERT(this->size == sizeof(uint32_t));
+      v.U32(At<uint32_t>(this->addr));
+      break;
+    case 'x':
+      OVUI_ASSERT(this->size == sizeof(int64_t));
+      v.I64(At<int64_t>(this->addr));
+      break;
+    case 'y':
+      OVUI_ASSERT(this->size == sizeof(uint64_t));
+      v.U64(At<uint64_t>(this->addr));
+      break;
+    case 'f':
+      OVUI_ASSERT(this->size == sizeof(float));
+      v.F32(At<float>(this->addr));
+      break;
+    case 'd':
+      OVUI_ASSERT(this->size == sizeof(double));
+      v.F64(At<double>(this->addr));
+      break;
+    case 'z': {
+      const std::string& s = At<std::string>(this->addr);
+      v.Str(s.data(), static_cast<unsigned>(s.length()));
+      break;
+    }
+    default:
+      break;  // unknown code: nothing to read
+  }
+  return true;
+}
+
+bool Model::Prop::SetProp(Model* model, const base::Value& v) const {
+  if (this->setter) return (model->*(this->setter))(v);
+  if (this->getter || !this->addr) return false;  // read-only, or nowhere to write
+  switch (this->type) {
+    case 'a':
+      OVUI_ASSERT(this->size == sizeof(int8_t));
+      At<int8_t>(this->addr) = v.I8();
+      break;
+    case 'b':
+      OVUI_ASSERT(this->size == sizeof(bool));
+      At<bool>(this->addr) = v.Bool();
+      break;
+    case 'h':
+      OVUI_ASSERT(this->size == sizeof(uint8_t));
+      At<uint8_t>(this->addr) = v.U8();
+      break;
+    case 's':
+      OVUI_ASSERT(this->size == sizeof(int16_t));
+      At<int16_t>(this->addr) = v.I16();
+      break;
+    case 't':
+      OVUI_ASSERT(this->size == sizeof(uint16_t));
+      At<uint16_t>(this->addr) = v.U16();
+      break;
+    case 'i':
+      OVUI_ASSERT(this->size == sizeof(int32_t));
+      At<int32_t>(this->addr) = v.I32();
+      break;
+    case 'j':
+      OVUI_ASSERT(this->size == sizeof(uint32_t));
+      At<uint32_t>(this->addr) = v.U32();
+      break;
+    case 'x':
+      OVUI_ASSERT(this->size == sizeof(int64_t));
+      At<int64_t>(this->addr) = v.I64();
+      break;
+    case 'y':
+      OVUI_ASSERT(this->size == sizeof(uint64_t));
+      At<uint64_t>(this->addr) = v.U64();
+      break;
+    case 'f':
+      OVUI_ASSERT(this->size == sizeof(float));
+      At<float>(this->addr) = v.F32();
+      break;
+    case 'd':
+      OVUI_ASSERT(this->size == sizeof(double));
+      At<double>(this->addr) = v.F64();
+      break;
+    case 'z': {
+      const char* text = v.Str();
+      At<std::string>(this->addr) = text ? text : "";
+      break;
+    }
+    default:
+      break;  // unknown code: accepted, nothing written
+  }
+  return true;
+}
+
+bool Model::HasProp(const std::string& name) const {
+  return this->props.count(name) != 0;
+}
+
+bool Model::GetPropW(const std::string& name, base::Value& v) const {
+  auto iter = this->props.find(name);
+  if (iter == this->props.end()) return false;
+  return iter->second.GetProp(this, v);
+}
+
+bool Model::SetPropW(const std::string& name, const base::Value& v) {
+  auto iter = this->props.find(name);
+  const bool found = iter != this->props.end();
+  OVUI_CHECK(found, false);
+  const Prop& p = iter->second;
+  base::Value old;
+  OVUI_CHECK(p.GetProp(this, old), false);
+  if (old.Cmp(v) == 0) return true;
+  if (!p.SetProp(this, v)) return false;
+  EmitPropChange(name, old, v);
+  return true;
+}
+
+bool Model::InstallProp(const std::string& name, Getter getter, Setter setter) {
+  Prop& p = this->props[name];
+  p = Prop();
+  p.getter = getter;
+  p.setter = setter;
+  return true;
+}
+
+bool Model::InstallProp(const std::string& name, const std::string& type_name, void* addr,
+                        unsigned size) {
+  const char code = StorageCode(type_name, size);
+  Prop& p = this->props[name];
+  p = Prop();
+  p.type = code;
+  p.addr = addr;
+  p.size = size;
+  return true;
+}
+
+bool Model::UninstallProp(const std::string& name) {
+  return this->props.erase(name) != 0;
+}
+
+bool Model::UninstallAllProps() {
+  this->props.clear();
+  return true;
+}
+
+}  // namespace vm

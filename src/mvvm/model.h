@@ -1,0 +1,81 @@
+#ifndef OVUI_MVVM_MODEL_H_
+#define OVUI_MVVM_MODEL_H_
+
+#include <map>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
+
+#include "mvvm/imodel.h"
+
+namespace vm {
+
+// A model whose properties are installed at run time, each bound either to a
+// variable in memory or to a getter/setter pair of member functions.
+//
+// Raw variables are described by a type name and a size. Accepted names are
+// the one-letter type codes that typeid(T).name() prints with GCC and Clang
+// ("a" signed char, "b" bool, "h" unsigned char, "s" short, "t" unsigned
+// short, "i" int, "j" unsigned int, "l"/"x" 64-bit (or 32-bit "l" of size 4),
+// "m"/"y" unsigned 64-bit, "f" float, "d" double), std::string's type name,
+// and the spelled-out names "signed char", "bool", "unsigned char", "short",
+// "unsigned short", "int", "unsigned int", "__int64", "unsigned __int64",
+// "float", "double". Any other name is classified by its size (1, 2, 4 or 8
+// bytes as a signed integer); other sizes, and a size that does not match
+// the type, stop the program.
+//
+// The model never owns the variables: keep them alive while installed.
+class Model : public IModel {
+ public:
+  using Getter = bool (Model::*)(base::Value&) const;
+  using Setter = bool (Model::*)(const base::Value&);
+
+  Model() = default;
+
+  bool HasProp(const std::string& name) const override;
+  // Compares with the current value first: an equal value is not written and
+  // not announced. Values of different kinds never compare equal.
+  bool SetPropW(const std::string& name, const base::Value& v) override;
+  bool GetPropW(const std::string& name, base::Value& v) const override;
+
+  // Installs (or replaces) a property over accessors called on this model.
+  virtual bool InstallProp(const std::string& name, Getter getter, Setter setter);
+  // Installs (or replaces) a property over the variable at `addr`.
+  virtual bool InstallProp(const std::string& name, const std::string& type_name, void* addr,
+                           unsigned size);
+  virtual bool UninstallProp(const std::string& name);
+  virtual bool UninstallAllProps();
+
+  // Accessors declared on a subclass: InstallProp("age", &Person::GetAge, &Person::SetAge).
+  template <typename T>
+  bool InstallProp(const std::string& name, bool (T::*getter)(base::Value&) const,
+                   bool (T::*setter)(const base::Value&)) {
+    static_assert(std::is_base_of<Model, T>::value, "accessors must belong to a Model");
+    return InstallProp(name, static_cast<Getter>(getter), static_cast<Setter>(setter));
+  }
+  // A variable, typed by the compiler: InstallProp("age", &this->age).
+  template <typename T>
+  bool InstallProp(const std::string& name, T* addr) {
+    static_assert(std::is_arithmetic<T>::value || std::is_same<T, std::string>::value,
+                  "only arithmetic types and std::string can be installed");
+    return InstallProp(name, typeid(T).name(), addr, sizeof(T));
+  }
+
+ protected:
+  struct Prop {
+    Getter getter = nullptr;
+    Setter setter = nullptr;
+    char type = 0;  // storage code; 0 for accessors
+    void* addr = nullptr;
+    unsigned size = 0;
+
+    bool GetProp(const Model* model, base::Value& v) const;
+    bool SetProp(Model* model, const base::Value& v) const;
+  };
+
+  std::map<std::string, Prop> props;
+};
+
+}  // namespace vm
+
+#endif  // OVUI_MVVM_MODEL_H_

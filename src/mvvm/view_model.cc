@@ -1,0 +1,248 @@
+#include "mvvm/view_model.h"
+
+#include "base/log.h"
+
+namespace vm {
+
+namespace {
+
+// Stores `obj` under `name`, adopting the caller's reference and releasing a
+// different object held there before.
+template <typename T>
+void Adopt(std::map<std::string, T*>& registry, const std::string& name, T* obj) {
+  T*& slot = registry[name];
+  if (slot && slot != obj) slot->Release();
+  slot = obj;
+}
+
+template <typename T>
+bool Drop(std::map<std::string, T*>& registry, const std::string& name) {
+  auto iter = registry.find(name);
+  if (iter == registry.end()) return false;
+  T* obj = iter->second;
+  registry.erase(iter);
+  base::SafeRelease(obj);
+  return true;
+}
+
+template <typename T>
+void DropAll(std::map<std::string, T*>& registry) {
+  std::map<std::string, T*> old;
+  old.swap(registry);
+  for (auto& entry : old)
+    base::SafeRelease(entry.second);
+}
+
+}  // namespace
+
+ViewModel::ViewModel(IModel* model) : model(model) {}
+
+ViewModel::~ViewModel() {
+  Reset();
+}
+
+bool ViewModel::HasProp(const std::string& name) const {
+  if (Model::HasProp(name)) return true;
+  return this->model ? this->model->HasProp(name) : false;
+}
+
+bool ViewModel::GetPropW(const std::string& name, base::Value& v) const {
+  if (Model::HasProp(name)) return Model::GetPropW(name, v);
+  return this->model ? this->model->GetPropW(name, v) : false;
+}
+
+bool ViewModel::SetPropW(const std::string& name, const base::Value& v) {
+  if (Model::HasProp(name)) return Model::SetPropW(name, v);
+  OVUI_CHECK(model != NULL, false);
+  return this->model->SetPropW(name, v);
+}
+
+bool ViewModel::On(const std::string& type, events::EventListener* listener) {
+  if (this->model) this->model->On(type, listener);
+  for (auto& entry : this->sub_view_models) {
+    if (entry.second) entry.second->On(type, listener);
+  }
+  return IModel::On(type, listener);
+}
+
+bool ViewModel::Off(const std::string& type, events::EventListener* listener) {
+  if (this->model) this->model->Off(type, listener);
+  for (auto& entry : this->sub_view_models) {
+    if (entry.second) entry.second->Off(type, listener);
+  }
+  return IModel::Off(type, listener);
+}
+
+bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
+  return GetPropW(expr, out);
+}
+
+bool ViewModel::ExecuteCommand(const std::string& name, const std::string& args) {
+  auto iter = this->commands.find(name);
+  OVUI_CHECK(iter != this->commands.end(), false);
+  ICommand* cmd = iter->second;
+  OVUI_CHECK(cmd != NULL, false);
+  return cmd->Execute(args);
+}
+
+bool ViewModel::CanExecuteCommand(const std::string& name, const std::string& args) const {
+  auto iter = this->commands.find(name);
+  OVUI_CHECK(iter != this->commands.end(), false);
+  ICommand* cmd = iter->second;
+  OVUI_CHECK(cmd != NULL, false);
+  return cmd->CanExecute(args);
+}
+
+bool ViewModel::IsValidProp(const std::string& name, const base::Value& value, std::string& msg) {
+  auto iter = this->validators.find(name);
+  OVUI_CHECK(iter != this->validators.end(), false);
+  IValidator* v = iter->second;
+  OVUI_CHECK(v != NULL, false);
+  v->valid = v->IsValid(value, msg);
+  return v->valid;
+}
+
+bool ViewModel::Convert(const std::string& name, const base::Value& from, base::Value& to) {
+  auto iter = this->converters.find(name);
+  OVUI_CHECK(iter != this->converters.end(), false);
+  IConverter* c = iter->second;
+  OVUI_CHECK(c != NULL, false);
+  return c->Convert(from, to);
+}
+
+bool ViewModel::ConvertBack(const std::string& name, const base::Value& from, base::Value& to) {
+  auto iter = this->converters.find(name);
+  OVUI_CHECK(iter != this->converters.end(), false);
+  IConverter* c = iter->second;
+  OVUI_CHECK(c != NULL, false);
+  return c->ConvertBack(from, to);
+}
+
+bool ViewModel::HasCommand(const std::string& name) const {
+  return this->commands.count(name);
+}
+
+bool ViewModel::HasConverter(const std::string& name) const {
+  return this->converters.count(name);
+}
+
+bool ViewModel::HasValidator(const std::string& name) const {
+  return this->validators.count(name);
+}
+
+bool ViewModel::RegisterCommand(const std::string& name, ICommand* command) {
+  OVUI_CHECK(command != NULL, false);
+  Adopt(this->commands, name, command);
+  return true;
+}
+
+bool ViewModel::RegisterConverter(const std::string& name, IConverter* converter) {
+  OVUI_CHECK(converter != NULL, false);
+  Adopt(this->converters, name, converter);
+  return true;
+}
+
+bool ViewModel::RegisterValidator(const std::string& name, IValidator* validator) {
+  OVUI_CHECK(validator != NULL, false);
+  Adopt(this->validators, name, validator);
+  return true;
+}
+
+bool ViewModel::UnRegisterCommand(const std::string& name) {
+  return Drop(this->commands, name);
+}
+
+bool ViewModel::UnRegisterConverter(const std::string& name) {
+  return Drop(this->converters, name);
+}
+
+bool ViewModel::UnRegisterValidator(const std::string& name) {
+  return Drop(this->validators, name);
+}
+
+IModel* ViewModel::GetModel() const {
+  return this->model;
+}
+
+bool ViewModel::SetModel(IModel* m) {
+  if (m != this->model) {
+    IModel* old = this->model;
+    this->model = m;
+    base::SafeRelease(old);
+  }
+  return true;
+}
+
+int ViewModel::GetType() const {
+  return VIEW_MODEL;
+}
+
+ViewModel* ViewModel::GetParent() const {
+  return this->parent;
+}
+
+bool ViewModel::SetParent(ViewModel* p) {
+  this->parent = p;
+  return true;
+}
+
+ViewModel* ViewModel::GetRoot() {
+  ViewModel* root = this;
+  for (ViewModel* p = root->GetParent(); p; p = p->GetParent())
+    root = p;
+  return root;
+}
+
+const ViewModel* ViewModel::GetRoot() const {
+  return const_cast<ViewModel*>(this)->GetRoot();
+}
+
+bool ViewModel::GetContextMenuData(const std::string& name, MenuData& out) {
+  (void)name;
+  (void)out;
+  return false;
+}
+
+bool ViewModel::IsPropOneWay(const std::string& name) const {
+  (void)name;
+  return false;
+}
+
+bool ViewModel::InitWindow() {
+  return true;
+}
+
+bool ViewModel::HasValidatorError() const {
+  for (const auto& entry : this->validators) {
+    if (entry.second && !entry.second->valid) return true;
+  }
+  return false;
+}
+
+bool ViewModel::ClearValidatorError() {
+  for (auto& entry : this->validators) {
+    if (entry.second) entry.second->valid = true;
+  }
+  return true;
+}
+
+bool ViewModel::SetSubViewModel(const std::string& name, ViewModel* vm) {
+  OVUI_CHECK(vm != NULL, false);
+  Adopt(this->sub_view_models, name, vm);
+  return true;
+}
+
+ViewModel* ViewModel::GetSubViewModel(const std::string& name) const {
+  auto iter = this->sub_view_models.find(name);
+  return iter == this->sub_view_models.end() ? nullptr : iter->second;
+}
+
+void ViewModel::Reset() {
+  DropAll(this->commands);
+  DropAll(this->converters);
+  DropAll(this->validators);
+  DropAll(this->sub_view_models);
+  SetModel(nullptr);
+}
+
+}  // namespace vm
