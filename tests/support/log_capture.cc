@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "base/log.h"
@@ -40,6 +41,19 @@ bool LogCapture::HasLineEndingWith(const std::string& suffix) const {
         line.compare(line.size() - suffix.size(), suffix.size(), suffix) == 0) {
       return true;
     }
+  }
+  return false;
+}
+
+bool LogCapture::HasFailedCheck(const std::string& function, const std::string& condition) const {
+  static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
+  const auto quote = [](const std::string& s) { return std::regex_replace(s, special, R"(\$&)"); };
+  // The line number appears twice: in the prefix and after the function name.
+  const std::regex line_re("^[^:]+:(\\d+)\\[2\\] " + quote(function) + ":\\1 " + quote(condition) +
+                           "$");
+  std::istringstream lines(Text());
+  for (std::string line; std::getline(lines, line);) {
+    if (std::regex_match(line, line_re)) return true;
   }
   return false;
 }

@@ -17,6 +17,9 @@ class LogCapture {
   std::string Text() const;
   // True when some line ends with `suffix` (the part after the "file:line[level] " prefix).
   bool HasLineEndingWith(const std::string& suffix) const;
+  // True when a failed check of `condition` in `function` was logged at level 2,
+  // as "<file>:<n>[2] <function>:<n> <condition>".
+  bool HasFailedCheck(const std::string& function, const std::string& condition) const;
   void Clear();
 
  private:

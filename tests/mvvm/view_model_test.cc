@@ -1,0 +1,187 @@
+#include "mvvm/view_model.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/log_capture.h"
+#include "support/recording_listener.h"
+#include "support/toy_objects.h"
+
+using base::Value;
+using ovui_test::LogCapture;
+using ovui_test::RecordingListener;
+using ovui_test::ToyCommand;
+
+namespace {
+
+// A data model with two integer properties, "a" and "shared".
+class DataModel : public vm::Model {
+ public:
+  explicit DataModel(int* destroyed = nullptr) : destroyed(destroyed) {
+    InstallProp("a", &this->a);
+    InstallProp("shared", &this->shared);
+  }
+  ~DataModel() override {
+    if (destroyed) ++*destroyed;
+  }
+  int a = 1;
+  int shared = 2;
+
+ private:
+  int* destroyed;
+};
+
+struct ViewModelTest : testing::Test {
+  DataModel* data = new DataModel(&model_destroyed);
+  vm::ViewModel* vm = new vm::ViewModel(data);
+  int model_destroyed = 0;
+  ~ViewModelTest() override { base::SafeRelease(vm); }
+};
+
+}  // namespace
+
+TEST_F(ViewModelTest, OwnPropertiesShadowTheModel) {
+  int own = 10;
+  vm->InstallProp("shared", &own);
+  Value v;
+  EXPECT_TRUE(vm->GetPropW("shared", v));
+  EXPECT_EQ(v.I64(), 10);
+  EXPECT_TRUE(vm->SetPropW("shared", Value(11)));
+  EXPECT_EQ(own, 11);
+  EXPECT_EQ(data->shared, 2);
+  EXPECT_TRUE(vm->SetPropW("a", Value(5)));  // falls through to the model
+  EXPECT_EQ(data->a, 5);
+  EXPECT_TRUE(vm->HasProp("a"));
+  EXPECT_FALSE(vm->HasProp("nope"));
+
+  LogCapture log;
+  EXPECT_FALSE(vm->SetPropW("nope", Value(1)));
+  EXPECT_TRUE(log.HasFailedCheck("SetPropW", "found"));  // the model's own refusal
+  vm::ViewModel bare;
+  EXPECT_FALSE(bare.SetPropW("nope", Value(1)));
+  EXPECT_TRUE(log.HasFailedCheck("SetPropW", "model != NULL"));
+  EXPECT_FALSE(bare.GetPropW("nope", v));
+}
+
+TEST_F(ViewModelTest, RegistriesAdoptAndRelease) {
+  int destroyed = 0;
+  auto* first = new ToyCommand(&destroyed);
+  auto* second = new ToyCommand(&destroyed);
+  EXPECT_TRUE(vm->RegisterCommand("save", first));
+  EXPECT_EQ(first->RefCount(), 1);                  // adopted, no extra reference
+  EXPECT_TRUE(vm->RegisterCommand("save", first));  // same object again: kept
+  EXPECT_EQ(destroyed, 0);
+  EXPECT_TRUE(vm->RegisterCommand("save", second));  // replaces and releases the first
+  EXPECT_EQ(destroyed, 1);
+  EXPECT_TRUE(vm->UnRegisterCommand("save"));
+  EXPECT_EQ(destroyed, 2);
+  EXPECT_FALSE(vm->UnRegisterCommand("save"));
+
+  vm->RegisterCommand("c", new ToyCommand(&destroyed));
+  vm->RegisterConverter("k", new ovui_test::ScaleConverter(10, &destroyed));
+  vm->RegisterValidator("v", new ovui_test::RangeValidator(0, 1, &destroyed));
+  auto* sub = new vm::ViewModel();
+  vm->SetSubViewModel("sub", sub);
+  EXPECT_EQ(vm->GetSubViewModel("sub"), sub);
+  EXPECT_EQ(vm->GetAllSubViewModel().size(), 1u);
+  vm->Reset();
+  EXPECT_EQ(destroyed, 5);
+  EXPECT_EQ(model_destroyed, 1);
+  EXPECT_EQ(vm->GetModel(), nullptr);
+  EXPECT_EQ(vm->GetSubViewModel("sub"), nullptr);
+
+  vm->RegisterCommand("c", new ToyCommand(&destroyed));
+  vm->SetModel(new DataModel(&model_destroyed));
+  vm->Release();  // destruction releases everything it holds
+  vm = nullptr;
+  EXPECT_EQ(destroyed, 6);
+  EXPECT_EQ(model_destroyed, 2);
+}
+
+TEST_F(ViewModelTest, CommandsConvertersAndValidatorsByName) {
+  auto* cmd = new ToyCommand();
+  vm->RegisterCommand("save", cmd);
+  EXPECT_TRUE(vm->ExecuteCommand("save", "all"));
+  EXPECT_EQ(cmd->runs, std::vector<std::string>{"all"});
+  cmd->enabled = false;
+  EXPECT_FALSE(vm->CanExecuteCommand("save", ""));
+
+  vm->RegisterConverter("x10", new ovui_test::ScaleConverter(10));
+  Value to;
+  EXPECT_TRUE(vm->Convert("x10", Value(3), to));
+  EXPECT_EQ(to.I64(), 30);
+  EXPECT_TRUE(vm->ConvertBack("x10", Value(30), to));
+  EXPECT_EQ(to.I64(), 3);
+
+  vm->RegisterValidator("age", new ovui_test::RangeValidator(0, 150));
+  std::string msg;
+  EXPECT_FALSE(vm->HasValidatorError());
+  EXPECT_FALSE(vm->IsValidProp("age", Value(200), msg));
+  EXPECT_EQ(msg, "must be between 0 and 150");
+  EXPECT_TRUE(vm->HasValidatorError());
+  EXPECT_TRUE(vm->ClearValidatorError());
+  EXPECT_FALSE(vm->HasValidatorError());
+  EXPECT_TRUE(vm->IsValidProp("age", Value(20), msg));
+
+  LogCapture log;
+  EXPECT_FALSE(vm->ExecuteCommand("nope", ""));
+  EXPECT_TRUE(log.HasFailedCheck("ExecuteCommand", "iter != this->commands.end()"));
+  EXPECT_FALSE(vm->CanExecuteCommand("nope", ""));
+  EXPECT_TRUE(log.HasFailedCheck("CanExecuteCommand", "iter != this->commands.end()"));
+  EXPECT_FALSE(vm->ConvertBack("nope", Value(1), to));
+  EXPECT_TRUE(log.HasFailedCheck("ConvertBack", "iter != this->converters.end()"));
+  EXPECT_FALSE(vm->IsValidProp("nope", Value(1), msg));
+  EXPECT_TRUE(log.HasFailedCheck("IsValidProp", "iter != this->validators.end()"));
+  EXPECT_FALSE(vm->RegisterCommand("x", nullptr));
+  EXPECT_TRUE(log.HasFailedCheck("RegisterCommand", "command != NULL"));
+  EXPECT_FALSE(vm->RegisterValidator("x", nullptr));
+  EXPECT_TRUE(log.HasFailedCheck("RegisterValidator", "validator != NULL"));
+  EXPECT_FALSE(vm->SetSubViewModel("x", nullptr));
+  EXPECT_TRUE(log.HasFailedCheck("SetSubViewModel", "vm != NULL"));
+}
+
+TEST_F(ViewModelTest, ListenersReachTheModelAndPresentSubViewModels) {
+  auto* early = new vm::ViewModel();
+  int early_x = 0, late_x = 0;
+  early->InstallProp("x", &early_x);
+  vm->SetSubViewModel("early", early);
+
+  auto* listener = new RecordingListener();
+  ASSERT_TRUE(vm->On("prop-changed", listener));
+  EXPECT_EQ(listener->RefCount(), 4);  // the view model, its model, the early child
+
+  auto* late = new vm::ViewModel();
+  late->InstallProp("x", &late_x);
+  vm->SetSubViewModel("late", late);
+
+  int own = 0;
+  vm->InstallProp("own", &own);
+  vm->SetPropW("own", Value(1));
+  vm->SetPropW("a", Value(2));
+  early->SetPropW("x", Value(3));
+  late->SetPropW("x", Value(4));  // added after On: not heard
+  ASSERT_EQ(listener->events.size(), 3u);
+  EXPECT_NE(listener->events[0].find("name=own"), std::string::npos);
+  EXPECT_NE(listener->events[1].find("name=a"), std::string::npos);
+  EXPECT_NE(listener->events[2].find("name=x old=0 value=3"), std::string::npos);
+
+  EXPECT_TRUE(vm->Off("prop-changed", listener));
+  EXPECT_EQ(listener->RefCount(), 1);
+  listener->Release();
+}
+
+TEST_F(ViewModelTest, RootsAndDefaultHooks) {
+  vm::ViewModel child, grandchild;
+  child.SetParent(vm);
+  grandchild.SetParent(&child);
+  EXPECT_EQ(grandchild.GetRoot(), vm);
+  EXPECT_EQ(static_cast<const vm::ViewModel&>(grandchild).GetRoot(), vm);
+  EXPECT_EQ(vm->GetRoot(), vm);
+  EXPECT_EQ(vm->GetType(), vm::ViewModel::VIEW_MODEL);
+
+  vm::MenuData menu;
+  EXPECT_FALSE(vm->GetContextMenuData("list", menu));
+  EXPECT_FALSE(vm->IsPropOneWay("a"));
+  EXPECT_TRUE(vm->InitWindow());
+}
