@@ -13,5 +13,6 @@
 #include "events/event.h"
 #include "events/event_emitter.h"
 #include "events/event_listener.h"
+#include "mvvm/eval.h"
 
 #endif  // OVUI_OVUI_H_
