@@ -13,6 +13,7 @@
 #include "events/event.h"
 #include "events/event_emitter.h"
 #include "events/event_listener.h"
+#include "mvvm/eval.h"
 #include "mvvm/icommand.h"
 #include "mvvm/iconverter.h"
 #include "mvvm/imodel.h"
