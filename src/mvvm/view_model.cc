@@ -1,6 +1,7 @@
 #include "mvvm/view_model.h"
 
 #include "base/log.h"
+#include "mvvm/eval.h"
 
 namespace vm {
 
@@ -31,6 +32,23 @@ void DropAll(std::map<std::string, T*>& registry) {
   old.swap(registry);
   for (auto& entry : old)
     base::SafeRelease(entry.second);
+}
+
+// Variables of computed properties are this view model's properties: a string
+// stays a string, anything else is read as a number. Other names (PI, ...)
+// go to the evaluator's constants.
+int ResolveProperty(void* ctx, const std::string& name, EvalValue& out) {
+  base::Value v;
+  if (!static_cast<const ViewModel*>(ctx)->GetPropW(name, v)) {
+    return EvalDefaultVariable(nullptr, name, out);
+  }
+  if (v.Type() == base::Value::TYPE_STR) {
+    const char* text = v.Str();
+    out.SetString(text ? text : "");
+  } else {
+    out.SetNumber(v.F64());
+  }
+  return EVAL_OK;
 }
 
 }  // namespace
@@ -74,7 +92,16 @@ bool ViewModel::Off(const std::string& type, events::EventListener* listener) {
 }
 
 bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
-  return GetPropW(expr, out);
+  if (expr.find_first_of("$(") == std::string::npos) return GetPropW(expr, out);
+  EvalValue result;
+  const int err = Eval(expr, &ResolveProperty, const_cast<ViewModel*>(this), result);
+  if (err != EVAL_OK) {
+    OVUI_LOG_FAILED(EvalErrorText(err));
+    out.F64(0.0);
+    return false;
+  }
+  EvalResultToValue(result, out);
+  return true;
 }
 
 bool ViewModel::ExecuteCommand(const std::string& name, const std::string& args) {

@@ -185,3 +185,37 @@ TEST_F(ViewModelTest, RootsAndDefaultHooks) {
   EXPECT_FALSE(vm->IsPropOneWay("a"));
   EXPECT_TRUE(vm->InitWindow());
 }
+
+TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
+  std::string title = "Dr";
+  double ratio = -2.5;
+  vm->InstallProp("title", &title);
+  vm->InstallProp("ratio", &ratio);
+  Value out;
+  EXPECT_TRUE(vm->EvalProp("a", out));  // a plain name is just read
+  EXPECT_EQ(out.I64(), 1);
+  EXPECT_TRUE(vm->EvalProp("$a * 2 + $shared > 3", out));  // 1*2 + (2 > 3)
+  EXPECT_EQ(out.Type(), Value::TYPE_INT);
+  EXPECT_EQ(out.I64(), 2);
+  data->a = 5;
+  EXPECT_TRUE(vm->EvalProp("$a * 2 + $shared > 3", out));  // recomputed from the new value
+  EXPECT_EQ(out.I64(), 10);
+  EXPECT_TRUE(vm->EvalProp("$ratio + 0", out));
+  EXPECT_EQ(out.Type(), Value::TYPE_INT);  // -2.5 truncates toward zero
+  EXPECT_EQ(out.I64(), -2);
+  EXPECT_TRUE(vm->EvalProp("$ratio * -1", out));
+  EXPECT_EQ(out.F64(), 2.5);
+  EXPECT_TRUE(vm->EvalProp("$title + \" \" + toupper(\"ada\")", out));
+  EXPECT_STREQ(out.Str(), "Dr ADA");
+  EXPECT_TRUE(vm->EvalProp("$PI * 1", out));  // not a property: the constant
+  EXPECT_EQ(out.F64(), 3.1415927410125732);
+
+  LogCapture log;
+  out.Str("stale");
+  EXPECT_FALSE(vm->EvalProp("$unknown + 1", out));
+  EXPECT_EQ(out.Type(), Value::TYPE_FLOAT);
+  EXPECT_EQ(out.F64(), 0.0);
+  EXPECT_TRUE(log.HasFailedCheck("EvalProp", "undefined variable"));
+  EXPECT_FALSE(vm->EvalProp("(1) 2", out));
+  EXPECT_TRUE(log.HasFailedCheck("EvalProp", "unexpected character"));
+}
