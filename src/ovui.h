@@ -7,6 +7,7 @@
 #include "base/file_utils.h"
 #include "base/log.h"
 #include "base/ref_obj.h"
+#include "base/str_token.h"
 #include "base/str_utils.h"
 #include "base/thread.h"
 #include "base/value.h"
