@@ -20,6 +20,7 @@
 #include "mvvm/ivalidator.h"
 #include "mvvm/menu_data.h"
 #include "mvvm/model.h"
+#include "mvvm/rule_parser.h"
 #include "mvvm/view_model.h"
 
 #endif  // OVUI_OVUI_H_
