@@ -2,7 +2,7 @@
 #define OVUI_OVUI_H_
 
 // Everything of ovui that needs no Qt: values, logging, helpers, threads,
-// reference counting, events, models and view models.
+// reference counting, events, models, view models and binding rules.
 
 #include "base/file_utils.h"
 #include "base/log.h"
@@ -14,6 +14,8 @@
 #include "events/event.h"
 #include "events/event_emitter.h"
 #include "events/event_listener.h"
+#include "mvvm/data_binding.h"
+#include "mvvm/data_binding_parser.h"
 #include "mvvm/icommand.h"
 #include "mvvm/iconverter.h"
 #include "mvvm/imodel.h"
