@@ -14,6 +14,7 @@
 #include "events/event.h"
 #include "events/event_emitter.h"
 #include "events/event_listener.h"
+#include "mvvm/command_binding.h"
 #include "mvvm/data_binding.h"
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/icommand.h"
