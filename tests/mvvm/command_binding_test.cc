@@ -1,0 +1,74 @@
+#include "mvvm/command_binding.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+using vm::CommandBinding;
+using vm::CommandBindingParser;
+
+namespace {
+
+std::string Reparse(const std::string& rule) {
+  CommandBinding* b = CommandBindingParser::FromString(rule);
+  EXPECT_EQ(b->RefCount(), 1);
+  std::string text = CommandBindingParser::ToString(b);
+  b->Release();
+  return text;
+}
+
+}  // namespace
+
+TEST(CommandBindingParserTest, ToStringTexts) {
+  CommandBinding b;
+  EXPECT_EQ(CommandBindingParser::ToString(&b), "{Command Name=}");
+  b.name = "save";
+  b.close_window = true;
+  EXPECT_EQ(CommandBindingParser::ToString(&b), "{Command Name=save, CloseWindow=True}");
+  b.args = "all";
+  b.update_model = true;
+  b.triggers = {"clicked", "", "pressed"};
+  EXPECT_EQ(CommandBindingParser::ToString(&b),
+            "{Command Name=save, Args=all, CloseWindow=True, UpdateModel=True, "
+            "Triggers=clicked||pressed}");
+  b.close_window = false;
+  b.triggers = {""};
+  EXPECT_EQ(CommandBindingParser::ToString(&b),
+            "{Command Name=save, Args=all, UpdateModel=True, Triggers=}");
+}
+
+// Each rule is compared through its ToString text, pinned above.
+TEST(CommandBindingParserTest, KeysFlagsAndTriggers) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"{Command save}", "{Command Name=save}"},
+      {"{save}", "{Command Name=save}"},
+      {"{Command}", "{Command Name=}"},
+      {"{command NAME=x, Args=a=b  c, closewindow=TRUE, UPDATEMODEL=True}",
+       "{Command Name=x, Args=a=b  c, CloseWindow=True, UpdateModel=True}"},
+      {"{Command x, CloseWindow=yes, UpdateModel=1}", "{Command Name=x}"},
+      {"{Command x, CloseWindow=true, CloseWindow=}", "{Command Name=x}"},
+      {"{Command x, Color=red}", "{Command Name=x}"},
+      // The first item is the name even when it looks like another key.
+      {"{Command Args=x, Name=y}", "{Command Name=y}"},
+      {"{Command Args=x}", "{Command Name=Args=x}"},
+      // Every "|" ends a trigger, but an empty last piece is dropped; keys accumulate.
+      {"{Command x, Trigger=a, Triggers=b|c}", "{Command Name=x, Triggers=a|b|c}"},
+      {"{x, Triggers=a||b}", "{Command Name=x, Triggers=a||b}"},
+      {"{x, Triggers=|a}", "{Command Name=x, Triggers=|a}"},
+      {"{x, Triggers=a|}", "{Command Name=x, Triggers=a}"},
+      {"{x, Triggers=|}", "{Command Name=x, Triggers=}"},
+      {"{x, Triggers=||}", "{Command Name=x, Triggers=|}"},
+      {"{x, Triggers=}", "{Command Name=x}"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Reparse(c.first), c.second) << c.first;
+}
+
+TEST(CommandBindingParserTest, ToStringParsesBack) {
+  for (const char* text : {"{Command Name=save}", "{Command Name=open file, Args=a=b  c}",
+                           "{Command Name=x, Args=1, CloseWindow=True, UpdateModel=True, "
+                           "Triggers=a||b}"}) {
+    EXPECT_EQ(Reparse(text), text);
+  }
+}

@@ -1,0 +1,91 @@
+#include "mvvm/rule_parser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+class RecordingParser : public vm::RuleParser {
+ public:
+  bool OnKeyValue(const std::string& key, const std::string& value) override {
+    pairs.emplace_back(key, value);
+    return false;  // ignored by the parser
+  }
+  using vm::RuleParser::OnKeyValue;
+
+  Pairs pairs;
+};
+
+Pairs ParseRule(const std::string& rule, const char* tag = "Binding",
+                const char* default_key = "Path") {
+  RecordingParser parser;
+  EXPECT_TRUE(parser.Parse(rule, tag, default_key));
+  return parser.pairs;
+}
+
+}  // namespace
+
+TEST(RuleParserTest, PairsDelivered) {
+  const std::pair<const char*, Pairs> cases[] = {
+      {"{Binding Name}", {{"Path", "Name"}}},
+      {"{Name}", {{"Path", "Name"}}},
+      {"{Binding Path=Name, Mode=OneWay}", {{"Path", "Name"}, {"Mode", "OneWay"}}},
+      {"{binding path = Name , mode=OneWay}", {{"path", "Name"}, {"mode", "OneWay"}}},
+      {"{Binding Path, Mode=OneWay}", {{"Path", "Path"}, {"Mode", "OneWay"}}},
+      {"{Binding Path}", {{"Path", ""}}},
+      {"{BINDING pAtH}", {{"pAtH", ""}}},
+      {"{Binding Mode=OneWay}", {{"Path", "Mode=OneWay"}}},
+      {"{Bindings x}", {{"Path", "Bindings x"}}},
+      {"{Binding Path=x, Mode, Trigger=Changed}", {{"Path", "x"}, {"Trigger", "Changed"}}},
+      {"{Binding Path=x, Mode, =y}", {{"Path", "x"}, {",", "y"}}},
+      {"{Binding Path=a, z}", {{"Path", "a"}, {"z", ""}}},
+      {"{Binding}", {{"", ""}}},
+      {"}", {{"", ""}}},
+      {"     ", {}},
+      {"", {}},
+      // Braces are optional; "{" anywhere is ignored; "}" flushes but stays in the value.
+      {"Binding Path=x, { Mode=OneWay}", {{"Path", "x"}, {"Mode", "OneWay"}}},
+      {"{Binding Path=x} Mode=OneWay}", {{"Path", "x"}, {"", "Mode=OneWay"}}},
+      {"{Binding Path=x, Mode=OneWay", {{"Path", "x"}}},
+      // Values keep "=" and inner spacing, never outer spacing.
+      {"{Binding Path=  to  upper   , Args=a=b}", {{"Path", "to  upper"}, {"Args", "a=b"}}},
+      {"{Binding a b  c}", {{"Path", "a b  c"}}},
+      {"{Binding a\tb\nc}", {{"Path", "a\tb\nc"}}},
+      // Quoted texts keep their quotes, delimiters and escapes, but not the spaces before them.
+      {"{Binding Name, Converter=\"a, b\"}", {{"Path", "Name"}, {"Converter", "\"a, b\""}}},
+      {"{Binding Path=x, F=\"{a=1}, \\\"hi, there\\\"\"}",
+       {{"Path", "x"}, {"F", "\"{a=1}, \\\"hi, there\\\"\""}}},
+      {"{Binding Path=to  \"a b\"}", {{"Path", "to\"a b\""}}},
+      {"{Binding Path=x, F=\"abc}", {{"Path", "x"}}},  // unclosed: lost
+      // A quote inside a word is an ordinary character.
+      {"{Binding Path=say\"hi, x=\"a\"}", {{"Path", "say\"hi"}, {"x", "\"a\""}}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ParseRule(c.first), c.second) << "rule: " << c.first;
+
+  // A first item that is another key is the default key's value.
+  EXPECT_EQ(ParseRule("{command CloseWindow=true, Name=x}", "Command", "Name"),
+            (Pairs{{"Name", "CloseWindow=true"}, {"Name", "x"}}));
+}
+
+TEST(RuleParserTest, UnclosedRuleKeepsItsLastPairPendingAndUnspaced) {
+  RecordingParser parser;
+  parser.Parse("{Binding Path=x, Converter=to  upper", "Binding", "Path");
+  EXPECT_EQ(parser.pairs, (Pairs{{"Path", "x"}}));
+  parser.OnKeyValue();
+  parser.OnKeyValue();  // the first flush cleared the pair
+  EXPECT_EQ(parser.pairs, (Pairs{{"Path", "x"}, {"Converter", "toupper"}, {"", ""}}));
+}
+
+TEST(RuleParserTest, IEqualAndIsTrue) {
+  EXPECT_TRUE(vm::RuleParser::IEqual("a-1_Z", "A-1_z"));
+  EXPECT_FALSE(vm::RuleParser::IEqual("Path", "Paths"));
+  EXPECT_FALSE(vm::RuleParser::IEqual("[", "{"));  // only letters fold
+  EXPECT_TRUE(vm::RuleParser::IsTrue("TRUE"));
+  EXPECT_FALSE(vm::RuleParser::IsTrue(" true"));
+}
