@@ -53,6 +53,8 @@ bool RuleParser::Parse(const std::string& rule, const std::string& tag,
   // Delivered without its position, so a value's spacing before the last word
   // of an unclosed rule is lost; an unclosed quoted text is dropped.
   if (mode == IN_WORD) OnToken(rule.substr(start), nullptr, -1, -1);
+  // A rule without its closing brace still delivers its last pair.
+  if (!this->key.empty() || !this->value.empty()) OnKeyValue();
   return true;
 }
 

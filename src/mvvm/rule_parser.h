@@ -15,8 +15,10 @@ namespace vm {
 // Scanning: only the space separates words; ",", "{", "}" and "=" are tokens of
 // their own; a double quote between tokens starts a quoted text, delivered with
 // its quotes (a backslash before a quote keeps it inside and is kept too).
-// Values keep their inner spacing exactly; "}" flushes the pending pair, so a
-// rule without its closing brace delivers nothing for its last pair.
+// Values keep their inner spacing exactly; "}" flushes the pending pair, and
+// so does the end of a rule written without its closing brace, but there the
+// last word comes without its position and loses the spaces before it:
+// `{Binding Converter=to upper` gives the value "toupper".
 //
 // A parser is made for one rule: key and value are not reset by Parse.
 class RuleParser {

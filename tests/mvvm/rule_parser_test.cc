@@ -51,7 +51,8 @@ TEST(RuleParserTest, PairsDelivered) {
       // Braces are optional; "{" anywhere is ignored; "}" flushes but stays in the value.
       {"Binding Path=x, { Mode=OneWay}", {{"Path", "x"}, {"Mode", "OneWay"}}},
       {"{Binding Path=x} Mode=OneWay}", {{"Path", "x"}, {"", "Mode=OneWay"}}},
-      {"{Binding Path=x, Mode=OneWay", {{"Path", "x"}}},
+      {"{Binding Path=x, Mode=OneWay", {{"Path", "x"}, {"Mode", "OneWay"}}},
+      {"Name", {{"Path", "Name"}}},
       // Values keep "=" and inner spacing, never outer spacing.
       {"{Binding Path=  to  upper   , Args=a=b}", {{"Path", "to  upper"}, {"Args", "a=b"}}},
       {"{Binding a b  c}", {{"Path", "a b  c"}}},
@@ -61,7 +62,7 @@ TEST(RuleParserTest, PairsDelivered) {
       {"{Binding Path=x, F=\"{a=1}, \\\"hi, there\\\"\"}",
        {{"Path", "x"}, {"F", "\"{a=1}, \\\"hi, there\\\"\""}}},
       {"{Binding Path=to  \"a b\"}", {{"Path", "to\"a b\""}}},
-      {"{Binding Path=x, F=\"abc}", {{"Path", "x"}}},  // unclosed: lost
+      {"{Binding Path=x, F=\"abc}", {{"Path", "x"}, {"F", ""}}},  // unclosed quote: lost
       // A quote inside a word is an ordinary character.
       {"{Binding Path=say\"hi, x=\"a\"}", {{"Path", "say\"hi"}, {"x", "\"a\""}}},
   };
@@ -73,13 +74,11 @@ TEST(RuleParserTest, PairsDelivered) {
             (Pairs{{"Name", "CloseWindow=true"}, {"Name", "x"}}));
 }
 
-TEST(RuleParserTest, UnclosedRuleKeepsItsLastPairPendingAndUnspaced) {
-  RecordingParser parser;
-  parser.Parse("{Binding Path=x, Converter=to  upper", "Binding", "Path");
-  EXPECT_EQ(parser.pairs, (Pairs{{"Path", "x"}}));
-  parser.OnKeyValue();
-  parser.OnKeyValue();  // the first flush cleared the pair
-  EXPECT_EQ(parser.pairs, (Pairs{{"Path", "x"}, {"Converter", "toupper"}, {"", ""}}));
+TEST(RuleParserTest, UnclosedRuleDeliversItsLastPairUnspaced) {
+  EXPECT_EQ(ParseRule("{Binding Path=x, Converter=to  upper"),
+            (Pairs{{"Path", "x"}, {"Converter", "toupper"}}));
+  EXPECT_EQ(ParseRule("{Binding Path=x, Converter=to  upper}"),
+            (Pairs{{"Path", "x"}, {"Converter", "to  upper"}}));
 }
 
 TEST(RuleParserTest, IEqualAndIsTrue) {
