@@ -1,5 +1,6 @@
-// A console tour of ovui: a model with two properties announces each change
-// as a "prop-changed" event, and a listener prints it.
+// A console tour of ovui: models announce their changes as events, view
+// models add commands, converters, validators and computed properties, and
+// binding rules tie it together the way widgets will use it.
 #include <cstdio>
 #include <string>
 
@@ -7,48 +8,145 @@
 
 namespace {
 
-// A tiny model: two named properties and an emitter that announces changes.
-class Person {
- public:
-  void Set(const std::string& name, const base::Value& value) {
-    base::Value& slot = name == "name" ? this->name : this->age;
-    if (slot.Cmp(value) == 0) return;  // unchanged: nothing to announce
-    events::Event e("prop-changed");
-    e.SetParam("kind", "PropChange");
-    e.SetParam("name", name);
-    e.SetParam("old", slot);
-    e.SetParam("value", value);
-    slot = value;
-    this->emitter.Emit(&e);
-  }
-  events::EventEmitter& Emitter() { return this->emitter; }
+bool PrintEvent(void*, events::Event* e) {
+  std::printf("    event: %s\n", e->ToString().c_str());
+  return false;  // not handled: let other listeners see it too
+}
 
- private:
-  base::Value name{"Ada"};
-  base::Value age{36};
-  events::EventEmitter emitter;
+std::string Text(const base::Value& v) {
+  char buf[64];
+  const char* s = v.ToStr(buf, sizeof(buf));
+  return s ? s : "(null)";
+}
+
+// A model with two properties over plain fields.
+class Person : public vm::Model {
+ public:
+  Person() {
+    InstallProp("name", &this->name);
+    InstallProp("age", &this->age);
+  }
+  std::string name = "Ada";
+  int age = 36;
 };
 
-bool PrintEvent(void*, events::Event* e) {
-  std::printf("  event: %s\n", e->ToString().c_str());
-  return false;
+// The data of a shopping cart line.
+class CartLine : public vm::Model {
+ public:
+  CartLine() {
+    InstallProp("price", &this->price);
+    InstallProp("quantity", &this->quantity);
+  }
+  double price = 2.5;
+  int quantity = 1;
+};
+
+// "add_one" raises the quantity of the cart line it is given.
+class AddOne : public vm::ICommand {
+ public:
+  explicit AddOne(vm::ViewModel* cart) : cart(cart) {}
+  bool Execute(const std::string&) override {
+    base::Value q;
+    cart->GetPropW("quantity", q);
+    return cart->SetPropW("quantity", base::Value(q.I64() + 1));
+  }
+
+ private:
+  vm::ViewModel* cart;  // weak: the command lives inside the cart
+};
+
+// Shows a price as whole cents and reads cents back as a price.
+class Cents : public vm::IConverter {
+ public:
+  bool Convert(const base::Value& from, base::Value& to) override {
+    to.I64(static_cast<long long>(from.F64() * 100 + 0.5));
+    return true;
+  }
+  bool ConvertBack(const base::Value& from, base::Value& to) override {
+    to.F64(from.F64() / 100);
+    return true;
+  }
+};
+
+// Refuses more than ten of anything.
+class AtMostTen : public vm::IValidator {
+ public:
+  bool IsValid(const base::Value& v, std::string& msg) override {
+    if (v.I64() <= 10) return true;
+    msg = "at most 10 per order";
+    return false;
+  }
+};
+
+void ModelEvents() {
+  std::printf("1. A model announces every real change\n");
+  auto* person = new Person();
+  auto* printer = new events::FunctionListener(&PrintEvent, nullptr);
+  person->On("prop-changed", printer);
+  std::printf("  set name = Grace\n");
+  person->SetPropW("name", base::Value("Grace"));
+  std::printf("  set age = 37\n");
+  person->SetPropW("age", base::Value(37));
+  std::printf("  set age = 37 again (no change, no event)\n");
+  person->SetPropW("age", base::Value(37));
+  person->Off("prop-changed", printer);
+  printer->Release();
+  person->Release();
+}
+
+void ViewModelAndBindings() {
+  std::printf("\n2. A view model with a command, a converter, a validator and a total\n");
+  auto* cart = new vm::ViewModel(new CartLine());  // adopts the model
+  cart->RegisterCommand("add_one", new AddOne(cart));
+  cart->RegisterConverter("cents", new Cents());
+  cart->RegisterValidator("at_most_ten", new AtMostTen());
+  auto* printer = new events::FunctionListener(&PrintEvent, nullptr);
+  cart->On("prop-changed", printer);
+
+  // The rules a form designer would put on widgets.
+  vm::DataBinding* total = vm::DataBindingParser::FromString("{Binding $price * $quantity}");
+  vm::DataBinding* price = vm::DataBindingParser::FromString("{Binding price, Converter=cents}");
+  vm::DataBinding* quantity =
+      vm::DataBindingParser::FromString("{Binding quantity, Validator=at_most_ten}");
+  vm::CommandBinding* button = vm::CommandBindingParser::FromString("{Command add_one}");
+
+  base::Value v;
+  total->GetPropW(cart, v);
+  std::printf("  total, %-29s = %s\n", total->path.c_str(), Text(v).c_str());
+  price->GetPropW(cart, v);
+  std::printf("  price, shown through the converter   = %s cents\n", Text(v).c_str());
+
+  std::printf("  click %s\n", vm::CommandBindingParser::ToString(button).c_str());
+  cart->ExecuteCommand(button->name, button->args);
+  total->GetPropW(cart, v);
+  std::printf("  total, recomputed after the change   = %s\n", Text(v).c_str());
+
+  std::printf("  type 299 into the price field\n");
+  std::string error;
+  price->SetPropW(cart, base::Value(299), error);
+  total->GetPropW(cart, v);
+  std::printf("  total, recomputed after the change   = %s\n", Text(v).c_str());
+
+  std::printf("  type 12 into the quantity field\n");
+  if (!quantity->SetPropW(cart, base::Value(12), error)) {
+    std::printf("    refused: \"%s\" (validator error: %s)\n", error.c_str(),
+                cart->HasValidatorError() ? "yes" : "no");
+  }
+  cart->GetPropW("quantity", v);
+  std::printf("  quantity is still %s\n", Text(v).c_str());
+
+  for (vm::DataBinding* b : {total, price, quantity})
+    b->Release();
+  button->Release();
+  cart->Off("prop-changed", printer);
+  printer->Release();
+  cart->Release();  // releases the model, command, converter and validator
 }
 
 }  // namespace
 
 int main() {
-  Person person;
-  auto* printer = new events::FunctionListener(&PrintEvent, nullptr);
-  person.Emitter().On("prop-changed", printer);
-
-  std::printf("set name = Grace\n");
-  person.Set("name", "Grace");
-  std::printf("set age = 37\n");
-  person.Set("age", 37);
-  std::printf("set age = 37 again (no change, no event)\n");
-  person.Set("age", 37);
-
-  person.Emitter().Off("prop-changed", printer);
-  printer->Release();
+  ModelEvents();
+  ViewModelAndBindings();
   return 0;
 }
