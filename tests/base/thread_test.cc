@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <thread>
 
-#include "base/ref_obj.h"
 #include "support/log_capture.h"
 
 namespace {
@@ -31,15 +30,6 @@ void* KillSelf(void* arg) {
   ctx->after_kill = true;  // never reached
   return nullptr;
 }
-
-class Counted : public base::RefObj<Counted>, public base::NoneClonable {
- public:
-  explicit Counted(int* destroyed) : destroyed(destroyed) {}
-  ~Counted() override { ++*destroyed; }
-
- private:
-  int* destroyed;
-};
 
 }  // namespace
 
@@ -111,18 +101,4 @@ TEST(MutexTest, IsRecursiveAndExcludesOtherThreads) {
   EXPECT_TRUE(m.Unlock());
   other.join();
   EXPECT_TRUE(other_got_it);
-}
-
-TEST(RefObjTest, LastReleaseDeletesThroughTheVirtualDestructor) {
-  int destroyed = 0;
-  auto* obj = new Counted(&destroyed);
-  EXPECT_EQ(obj->RefCount(), 1);
-  obj->AddRef();
-  obj->Release();
-  EXPECT_EQ(destroyed, 0);
-  EXPECT_EQ(obj->RefCount(), 1);
-  base::RefObj<Counted>* as_base = obj;
-  as_base->Release();
-  EXPECT_EQ(destroyed, 1);
-  base::SafeRelease<Counted>(nullptr);
 }
