@@ -26,5 +26,6 @@
 #include "mvvm/model.h"
 #include "mvvm/rule_parser.h"
 #include "mvvm/view_model.h"
+#include "mvvm/view_model_array.h"
 
 #endif  // OVUI_OVUI_H_

@@ -1,6 +1,7 @@
 #ifndef OVUI_MVVM_MODEL_H_
 #define OVUI_MVVM_MODEL_H_
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <type_traits>
@@ -52,6 +53,12 @@ class Model : public IModel {
                    bool (T::*setter)(const base::Value&)) {
     static_assert(std::is_base_of<Model, T>::value, "accessors must belong to a Model");
     return InstallProp(name, static_cast<Getter>(getter), static_cast<Setter>(setter));
+  }
+  // A read-only property over a subclass getter.
+  template <typename T>
+  bool InstallProp(const std::string& name, bool (T::*getter)(base::Value&) const, std::nullptr_t) {
+    static_assert(std::is_base_of<Model, T>::value, "accessors must belong to a Model");
+    return InstallProp(name, static_cast<Getter>(getter), static_cast<Setter>(nullptr));
   }
   // A variable, typed by the compiler: InstallProp("age", &this->age).
   template <typename T>

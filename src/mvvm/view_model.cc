@@ -272,4 +272,73 @@ void ViewModel::Reset() {
   SetModel(nullptr);
 }
 
+events::Event* ViewModel::Request(const char* type) {
+  if (!this->emitter || !this->event) return nullptr;
+  this->event->SetType(type);
+  return this->event;
+}
+
+bool ViewModel::Rebind(const std::string& name, const std::string& value) {
+  events::Event* e = Request("rebind");
+  if (!e) return false;
+  e->SetParam("name", name);
+  e->SetParam("value", value);
+  return Emit(e);
+}
+
+bool ViewModel::SetControlMenu(const std::string& name, const MenuData& menu) {
+  events::Event* e = Request("set_menu");
+  if (!e) return true;  // no view: nothing to update
+  e->SetParam("name", name);
+  e->SetParam("value", static_cast<void*>(const_cast<MenuData*>(&menu)));
+  return Emit(e);
+}
+
+bool ViewModel::CloseWindow() {
+  events::Event* e = Request("close_window");
+  if (!e) return true;  // no view: nothing to close
+  return Emit(e);
+}
+
+bool ViewModel::WindowPos(const std::string& name, int& x, int& y, int& w, int& h) {
+  events::Event* e = Request("window_pos");
+  if (!e) return false;
+  e->SetParam("name", name);
+  if (!Emit(e)) return false;
+  x = e->GetParam("x").I32();
+  y = e->GetParam("y").I32();
+  w = e->GetParam("w").I32();
+  h = e->GetParam("h").I32();
+  return true;
+}
+
+bool ViewModel::SetWindowPos(const std::string& name, int x, int y, int w, int h) {
+  events::Event* e = Request("set_window_pos");
+  if (!e) return false;
+  e->SetParam("name", name);
+  e->SetParam("x", x);
+  e->SetParam("y", y);
+  e->SetParam("w", w);
+  e->SetParam("h", h);
+  return Emit(e);
+}
+
+bool ViewModel::GetStyleSheet(const std::string& name, std::string& style) {
+  events::Event* e = Request("get_style_sheet");
+  if (!e) return false;
+  e->SetParam("name", name);
+  if (!Emit(e)) return false;
+  const char* text = e->GetParam("style_sheet").Str();
+  style = text ? text : "";
+  return true;
+}
+
+bool ViewModel::SetStyleSheet(const std::string& name, const std::string& style) {
+  events::Event* e = Request("set_style_sheet");
+  if (!e) return false;
+  e->SetParam("name", name);
+  e->SetParam("style_sheet", style);
+  return Emit(e);
+}
+
 }  // namespace vm

@@ -104,7 +104,26 @@ class ViewModel : public Model {
   // installed properties and listeners stay.
   void Reset();
 
+  // View requests: events on this view model's own emitter that the view
+  // (the binding context) carries out synchronously. "name" names the control
+  // or window. With nobody listening, CloseWindow and SetControlMenu count as
+  // done (true) and the others fail; otherwise each returns Emit's result
+  // (false while events are blocked). Answers are read back only when Emit
+  // succeeded.
+  bool Rebind(const std::string& name, const std::string& value);
+  // `menu` is passed by pointer and is valid only during the call.
+  bool SetControlMenu(const std::string& name, const MenuData& menu);
+  bool CloseWindow();
+  bool WindowPos(const std::string& name, int& x, int& y, int& w, int& h);
+  bool SetWindowPos(const std::string& name, int x, int y, int w, int h);
+  bool GetStyleSheet(const std::string& name, std::string& style);
+  bool SetStyleSheet(const std::string& name, const std::string& style);
+
  protected:
+  // The reusable event prepared as the request `type`, or null when nobody
+  // ever listened.
+  events::Event* Request(const char* type);
+
   IModel* model = nullptr;
   ViewModel* parent = nullptr;
   std::map<std::string, ICommand*> commands;
