@@ -27,6 +27,7 @@
 #include "mvvm/rule_parser.h"
 #include "mvvm/view_model.h"
 #include "mvvm/view_model_array.h"
+#include "mvvm/view_model_array_ext.h"
 #include "mvvm/view_model_htable.h"
 #include "mvvm/view_model_item.h"
 

@@ -1,0 +1,174 @@
+#include "mvvm/view_model_array_ext.h"
+
+#include <algorithm>
+
+#include "base/log.h"
+
+namespace vm {
+
+namespace {
+const char kFiltered[] = "filtered";
+const char kSorted[] = "sorted";
+}  // namespace
+
+ViewModelArrayExt::ViewModelArrayExt(IModel* model) : ViewModelArray(model) {}
+
+ViewModelArrayExt::~ViewModelArrayExt() {
+  // The base destructor releases `items`, whose entries are only borrowed
+  // here: empty it so that each child is released once, from the full list.
+  this->items.clear();
+  ResetArray(this->all_items);
+}
+
+bool ViewModelArrayExt::Add(ViewModel* item, int index) {
+  return AddWithoutSetCurrent(item, index, false);
+}
+
+bool ViewModelArrayExt::AddWithoutSetCurrent(ViewModel* item, int index, bool without) {
+  OVUI_CHECK(item != NULL, false);
+  // Refused as by the plain array: a child taken over from another array
+  // would have two owners of its one reference.
+  ViewModel* parent = item->GetParent();
+  OVUI_CHECK(parent == NULL || parent == this, false);
+  // Set here because a child hidden by the filter never reaches the
+  // inherited add that would otherwise set it.
+  item->SetParent(this);
+
+  // The inherited add inserts into GetItems(): the full list when no rule is
+  // set, else the visible list, next to which the full list is kept here.
+  const bool ruled = HasRule();
+  const bool shown = this->filter_rule.empty() || FilterOne(item, this->filter_rule);
+  if (shown && !ViewModelArray::AddWithoutSetCurrent(item, index, without)) {
+    OVUI_LOG_FAILED("ViewModelArray::AddWithoutSetCurrent(item, index, without)");
+    return false;
+  }
+  if (!ruled) return true;
+  this->all_items.push_back(item);
+  // No incremental insertion: the whole list is sorted again, and "sorted"
+  // tells views that the position in "item-add" was provisional.
+  if (!this->sort_rule.empty()) Sort(this->sort_rule);
+  return true;
+}
+
+bool ViewModelArrayExt::Remove(ViewModel* item) {
+  OVUI_CHECK(item != NULL, false);
+  // A visible child leaves the full list in Remove(index), released. A hidden
+  // one is not found by the inherited removal and is only dropped here.
+  const bool hidden = HasRule() && IndexOf(item) < 0;
+  if (!ViewModelArray::Remove(item)) return false;
+  if (hidden) {
+    auto it = std::find(this->all_items.begin(), this->all_items.end(), item);
+    if (it != this->all_items.end()) this->all_items.erase(it);
+  }
+  return true;
+}
+
+bool ViewModelArrayExt::Remove(unsigned int index) {
+  if (!HasRule() || index >= Size()) return ViewModelArray::Remove(index);
+  // The inherited removal releases the child, so its entry in the full list
+  // has to go too; otherwise it would be released a second time later.
+  ViewModel* item = this->items[index];
+  auto it = std::find(this->all_items.begin(), this->all_items.end(), item);
+  if (it != this->all_items.end()) this->all_items.erase(it);
+  return ViewModelArray::Remove(index);
+}
+
+bool ViewModelArrayExt::Reset() {
+  if (!HasRule()) return ViewModelArray::Reset();
+  events::Event before("before-remove-all");
+  before.SetParam("parent", static_cast<void*>(dynamic_cast<ViewModelArray*>(GetParent())));
+  Emit(&before);
+  ForgetCurrentAmong(this->all_items);
+  this->items.clear();  // borrowed
+  ResetArray(this->all_items);
+  this->current = 0;
+  this->current_view_model = nullptr;
+  events::Event after("remove-all");
+  after.SetParam("parent", before.GetParam("parent"));
+  Emit(&after);
+  return true;
+}
+
+std::vector<ViewModel*>& ViewModelArrayExt::GetItems() {
+  return HasRule() ? this->items : GetAllItems();
+}
+
+bool ViewModelArrayExt::FilterOne(ViewModel*, const std::string&) {
+  return true;
+}
+
+int ViewModelArrayExt::Compare(Model* a, Model* b, const std::string& key) {
+  base::Value va, vb;
+  a->GetPropW(key, va);
+  b->GetPropW(key, vb);
+  return va.Cmp(vb);
+}
+
+std::vector<ViewModel*>& ViewModelArrayExt::GetAllItems() {
+  return this->all_items;
+}
+
+bool ViewModelArrayExt::Filter(const std::string& rule) {
+  if (this->all_items.empty()) {
+    this->filter_rule = rule;  // takes effect with the next add
+    return false;
+  }
+  this->items.clear();
+  for (ViewModel* child : this->all_items)
+    if (FilterOne(child, rule)) this->items.push_back(child);
+  this->filter_rule = rule;
+  // Without rules the full list is shown and the visible one is unused; do
+  // not keep borrowed pointers in it that a later removal would leave stale.
+  if (!HasRule()) this->items.clear();
+
+  if (Heard()) {
+    events::Event filtered(kFiltered);
+    Emit(&filtered);
+  }
+
+  // A current index still in range is kept, even if it now names another
+  // child; only one past the end is moved.
+  if (GetCurrent() >= Size()) {
+    if (Size() > 0) {
+      SetCurrent(0);
+    } else {
+      this->current = 0;
+      this->current_view_model = nullptr;
+    }
+  }
+  return true;
+}
+
+bool ViewModelArrayExt::Sort(const std::string& args) {
+  OVUI_CHECK(args.size() > 2, false);
+  const bool descending = args[0] == '0';
+  const std::string key = args.substr(2);
+
+  // The complement makes equal keys compare as "goes before" when
+  // descending, so equal children are not kept in their previous order
+  // there; views depend on the resulting order, keep the predicate as is.
+  std::stable_sort(this->all_items.begin(), this->all_items.end(),
+                   [this, descending, &key](ViewModel* a, ViewModel* b) {
+                     int r = Compare(a, b, key);
+                     if (descending) r = ~r;
+                     return r < 0;
+                   });
+  this->items = this->all_items;
+  this->sort_rule = args;
+
+  // "sorted" goes out only when somebody can hear it. Without listeners, or
+  // inside a batch (whose end asks the view to rebind anyway), there is
+  // nobody to tell, and that must not stop the filter from being re-applied
+  // below: the visible list now holds every child. Only a delivery that
+  // fails while heard (an Emit override refusing it) ends the sort here.
+  if (Heard()) {
+    events::Event sorted(kSorted);
+    events::Event* event = &sorted;  // not the reusable change event: no stale parameters
+    OVUI_CHECK(this->Emit(event), false);
+  }
+
+  if (!this->filter_rule.empty()) Filter(this->filter_rule);
+  return true;
+}
+
+}  // namespace vm
