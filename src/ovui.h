@@ -27,5 +27,6 @@
 #include "mvvm/rule_parser.h"
 #include "mvvm/view_model.h"
 #include "mvvm/view_model_array.h"
+#include "mvvm/view_model_tree.h"
 
 #endif  // OVUI_OVUI_H_
