@@ -28,5 +28,6 @@
 #include "mvvm/view_model.h"
 #include "mvvm/view_model_array.h"
 #include "mvvm/view_model_tree.h"
+#include "mvvm/view_model_tree_ext.h"
 
 #endif  // OVUI_OVUI_H_
