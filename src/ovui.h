@@ -30,5 +30,7 @@
 #include "mvvm/view_model_array_ext.h"
 #include "mvvm/view_model_htable.h"
 #include "mvvm/view_model_item.h"
+#include "mvvm/view_model_tree.h"
+#include "mvvm/view_model_tree_ext.h"
 
 #endif  // OVUI_OVUI_H_
