@@ -3,6 +3,7 @@
 // binding rules tie it together the way widgets will use it.
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "ovui.h"
 
@@ -143,10 +144,75 @@ void ViewModelAndBindings() {
   cart->Release();  // releases the model, command, converter and validator
 }
 
+// A list of people that shows those whose name contains the filter text.
+class PeopleList : public vm::ViewModelArrayExt {
+ public:
+  bool FilterOne(vm::ViewModel* item, const std::string& rule) override {
+    base::Value name;
+    item->GetPropW("name", name);
+    return std::string(name.Str()).find(rule) != std::string::npos;
+  }
+};
+
+void PrintRows(vm::ViewModelArray* list) {
+  for (unsigned int i = 0; i < list->Size(); ++i) {
+    base::Value name, age;
+    list->Get(i)->GetPropW("name", name);
+    list->Get(i)->GetPropW("age", age);
+    std::printf("    %u. %-10s %s\n", i, name.Str(), Text(age).c_str());
+  }
+}
+
+void FilteredSortedList() {
+  std::printf("\n3. A list, filtered and sorted\n");
+  auto* people = new PeopleList();
+  auto* printer = new events::FunctionListener(&PrintEvent, nullptr);
+  for (const char* type : {"filtered", "sorted", "current-changed"})
+    people->On(type, printer);
+
+  const struct {
+    const char* name;
+    int age;
+  } rows[] = {{"Ada", 36}, {"Grace", 45}, {"Alan", 41}, {"Barbara", 29}, {"Anita", 41}};
+  people->BeginBatch();  // one "rebind" for the view instead of an event per row
+  for (const auto& row : rows) {
+    auto* person = new Person();
+    person->name = row.name;
+    person->age = row.age;
+    people->Add(new vm::ViewModelItem(person));
+  }
+  people->EndBatch();
+  std::printf("  %u people\n", people->Size());
+
+  std::printf("  sort by age, descending (rule \"0:age\")\n");
+  people->Sort("0:age");
+  PrintRows(people);
+  std::printf("  filter names containing \"r\"\n");
+  people->Filter("r");
+  PrintRows(people);
+  std::printf("  add Katherine, 52 (shown, sorted into place) and Linus, 30 (hidden)\n");
+  for (const auto& row : {std::make_pair("Katherine", 52), std::make_pair("Linus", 30)}) {
+    auto* person = new Person();
+    person->name = row.first;
+    person->age = row.second;
+    people->Add(new vm::ViewModelItem(person));
+  }
+  PrintRows(people);
+  std::printf("  clear the filter\n");
+  people->Filter("");
+  PrintRows(people);
+
+  for (const char* type : {"filtered", "sorted", "current-changed"})
+    people->Off(type, printer);
+  printer->Release();
+  people->Release();  // releases every row and its model
+}
+
 }  // namespace
 
 int main() {
   ModelEvents();
   ViewModelAndBindings();
+  FilteredSortedList();
   return 0;
 }
