@@ -99,17 +99,7 @@ bool ViewModelArray::Remove(unsigned int index) {
 }
 
 bool ViewModelArray::Reset() {
-  events::Event before("before-remove-all");
-  before.SetParam("parent", static_cast<void*>(dynamic_cast<ViewModelArray*>(GetParent())));
-  Emit(&before);
-  ForgetCurrentAmong(GetItems());
-  ResetArray(GetItems());
-  this->current = 0;
-  this->current_view_model = nullptr;
-  events::Event after("remove-all");
-  after.SetParam("parent", before.GetParam("parent"));
-  Emit(&after);
-  return true;
+  return ResetChildren(GetItems(), nullptr, true);
 }
 
 ViewModel* ViewModelArray::Get(unsigned int index) const {
@@ -188,6 +178,21 @@ void ViewModelArray::ResetArray(std::vector<ViewModel*>& items) {
   old.swap(items);
   for (ViewModel* item : old)
     item->Release();
+}
+
+bool ViewModelArray::ResetChildren(std::vector<ViewModel*>& owned,
+                                   std::vector<ViewModel*>* borrowed, bool announce_before) {
+  events::Event e("before-remove-all");
+  e.SetParam("parent", static_cast<void*>(dynamic_cast<ViewModelArray*>(GetParent())));
+  if (announce_before) Emit(&e);
+  ForgetCurrentAmong(owned);
+  if (borrowed) borrowed->clear();
+  ResetArray(owned);
+  this->current = 0;
+  this->current_view_model = nullptr;
+  e.SetType("remove-all");
+  Emit(&e);
+  return true;
 }
 
 void ViewModelArray::EmitHereAndOnRoot(events::Event* e) {

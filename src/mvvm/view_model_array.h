@@ -77,6 +77,12 @@ class ViewModelArray : public ViewModel {
   bool Add(std::vector<ViewModel*>& items, ViewModel* item, int& index);
   // Releases every child of `items` and empties it.
   void ResetArray(std::vector<ViewModel*>& items);
+  // Reset's work for any list layout: releases every child of `owned` after
+  // emptying `borrowed` (a visible list borrowing from it, or null), clears
+  // the current position without "current-changed", and announces
+  // "remove-all" (preceded by "before-remove-all" when `announce_before`).
+  bool ResetChildren(std::vector<ViewModel*>& owned, std::vector<ViewModel*>* borrowed,
+                     bool announce_before);
   // Emits `e` on this array and then on the root array if that is another.
   void EmitHereAndOnRoot(events::Event* e);
   void EmitItemEvent(const char* type, ViewModel* item, int index);

@@ -75,18 +75,7 @@ bool ViewModelArrayExt::Remove(unsigned int index) {
 
 bool ViewModelArrayExt::Reset() {
   if (!HasRule()) return ViewModelArray::Reset();
-  events::Event before("before-remove-all");
-  before.SetParam("parent", static_cast<void*>(dynamic_cast<ViewModelArray*>(GetParent())));
-  Emit(&before);
-  ForgetCurrentAmong(this->all_items);
-  this->items.clear();  // borrowed
-  ResetArray(this->all_items);
-  this->current = 0;
-  this->current_view_model = nullptr;
-  events::Event after("remove-all");
-  after.SetParam("parent", before.GetParam("parent"));
-  Emit(&after);
-  return true;
+  return ResetChildren(this->all_items, &this->items, true);
 }
 
 std::vector<ViewModel*>& ViewModelArrayExt::GetItems() {

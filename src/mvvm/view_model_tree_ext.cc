@@ -61,15 +61,8 @@ bool ViewModelTreeExt::Remove(unsigned int index) {
 }
 
 bool ViewModelTreeExt::Reset() {
-  ForgetCurrentAmong(this->all_items);
-  this->items.clear();
-  ResetArray(this->all_items);
-  this->current = 0;
-  this->current_view_model = nullptr;
-  events::Event e("remove-all");
-  e.SetParam("parent", static_cast<void*>(dynamic_cast<ViewModelArray*>(GetParent())));
-  Emit(&e);
-  return true;
+  // Unlike a list, a tree node sends no "before-remove-all".
+  return ResetChildren(this->all_items, &this->items, false);
 }
 
 std::vector<ViewModel*>& ViewModelTreeExt::GetItems() {
