@@ -1,8 +1,12 @@
 #ifndef OVUI_OVUI_QT_H_
 #define OVUI_OVUI_QT_H_
 
-// ovui with its Qt side: everything of ovui.h plus the widget binding layer.
+// ovui with its Qt side: everything of ovui.h plus the widget layer.
 
 #include "ovui.h"
+#include "qt/dialog_handlers.h"
+#include "qt/message_box_ex.h"
+#include "qt/timer.h"
+#include "qt/translator.h"
 
 #endif  // OVUI_OVUI_QT_H_
