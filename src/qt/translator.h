@@ -14,7 +14,8 @@ class Translator {
  public:
   // Remembers where the catalogues are, then SetLanguage(language).
   static bool Init(const std::string& path, const std::string& name, const std::string& language);
-  // Replaces the installed catalogue; returns whether Qt installed it.
+  // Replaces the installed catalogue; returns Qt's answer, which is false for
+  // a catalogue that could not be loaded (installed all the same, empty).
   static bool SetLanguage(const std::string& language);
   // The translation of `text` in `context` (note the order), as UTF-8.
   static std::string Tr(const std::string& text, const std::string& context);
