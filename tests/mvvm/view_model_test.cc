@@ -219,3 +219,50 @@ TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
   EXPECT_FALSE(vm->EvalProp("(1) 2", out));
   EXPECT_TRUE(log.HasFailedCheck("EvalProp", "unexpected character"));
 }
+
+TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {
+  vm::MenuData menu;
+  EXPECT_TRUE(vm->CloseWindow());  // nobody listens: closing and menus count as done
+  EXPECT_TRUE(vm->SetControlMenu("list", menu));
+  EXPECT_FALSE(vm->Rebind("list", ""));
+  int x = 1, y = 2, w = 3, h = 4;
+  EXPECT_FALSE(vm->WindowPos("main", x, y, w, h));
+
+  // A view that answers window_pos and get_style_sheet, and records the rest.
+  auto* view = new RecordingListener();
+  view->stop = true;
+  view->hook = [](events::Event* e) {
+    if (e->GetType() == "window_pos") {
+      e->SetParam("x", 10);
+      e->SetParam("w", 300);
+    }
+  };
+  for (const char* type : {"rebind", "set_menu", "close_window", "window_pos", "set_window_pos",
+                           "get_style_sheet", "set_style_sheet"}) {
+    vm->On(type, view);
+  }
+  EXPECT_TRUE(vm->WindowPos("main", x, y, w, h));
+  EXPECT_EQ(std::vector<int>({x, y, w, h}), std::vector<int>({10, 0, 300, 0}));  // absent: 0
+  std::string style = "old";
+  EXPECT_TRUE(vm->GetStyleSheet("main", style));
+  EXPECT_EQ(style, "");  // unanswered
+  EXPECT_TRUE(vm->SetStyleSheet("main", "color: red"));
+  EXPECT_TRUE(vm->GetStyleSheet("main", style));
+  EXPECT_EQ(style, "color: red");  // parameters are not cleared between requests
+  EXPECT_TRUE(vm->SetWindowPos("main", 1, 2, 3, 4));
+  EXPECT_TRUE(vm->SetControlMenu("list", menu));
+  EXPECT_TRUE(vm->CloseWindow());
+  EXPECT_NE(view->events.back().find("close_window:"), std::string::npos);
+
+  vm->BlockEvents();
+  x = 77;
+  EXPECT_FALSE(vm->WindowPos("main", x, y, w, h));
+  EXPECT_EQ(x, 77);
+  EXPECT_FALSE(vm->CloseWindow());
+  vm->UnblockEvents();
+  for (const char* type : {"rebind", "set_menu", "close_window", "window_pos", "set_window_pos",
+                           "get_style_sheet", "set_style_sheet"}) {
+    vm->Off(type, view);
+  }
+  view->Release();
+}
