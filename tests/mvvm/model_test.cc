@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "support/log_capture.h"
 #include "support/recording_listener.h"
@@ -14,27 +15,9 @@ using ovui_test::RecordingListener;
 
 namespace {
 
-struct Fields {
-  signed char a = 0;
-  bool b = false;
-  unsigned char h = 0;
-  short s = 0;
-  unsigned short t = 0;
-  int i = 0;
-  unsigned int j = 0;
-  long long x = 0;
-  unsigned long long y = 0;
-  float f = 0;
-  double d = 0;
-  std::string z;
-};
-
 class Person : public vm::Model {
  public:
-  Person() {
-    InstallProp("age", &Person::GetAge, &Person::SetAge);
-    InstallProp("name", &this->name);
-  }
+  Person() { InstallProp("age", &Person::GetAge, &Person::SetAge); }
   bool GetAge(Value& v) const {
     v.I32(age);
     return true;
@@ -45,7 +28,6 @@ class Person : public vm::Model {
     return true;
   }
   int age = 30;
-  std::string name = "Ada";
 };
 
 struct ModelTest : testing::Test {
@@ -60,7 +42,8 @@ struct ModelTest : testing::Test {
 }  // namespace
 
 TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
-  Fields f;
+  long long slot[11] = {};  // 8 bytes for each code: wide enough for any of them
+  std::string z;
   struct Case {
     const char* type;
     void* addr;
@@ -69,18 +52,18 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
     std::string text;  // as read back
   };
   const Case cases[] = {
-      {"a", &f.a, 1, Value(-5), "-5"},
-      {"b", &f.b, 1, Value(true), "1"},
-      {"h", &f.h, 1, Value(250), "250"},
-      {"s", &f.s, 2, Value(-30000), "-30000"},
-      {"t", &f.t, 2, Value(60000), "60000"},
-      {"i", &f.i, 4, Value(-2000000000), "-2000000000"},
-      {"j", &f.j, 4, Value(4000000000LL), "4000000000"},
-      {"x", &f.x, 8, Value(-9000000000LL), "-9000000000"},
-      {"y", &f.y, 8, Value(-1LL), "-1"},  // all 64 bits; reads back through I64
-      {"f", &f.f, 4, Value(1.5), "1.500000"},
-      {"d", &f.d, 8, Value(2.25), "2.250000"},
-      {"NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE", &f.z, 0, Value("text"), "text"},
+      {"a", &slot[0], 1, Value(-5), "-5"},
+      {"b", &slot[1], 1, Value(true), "1"},
+      {"h", &slot[2], 1, Value(250), "250"},
+      {"s", &slot[3], 2, Value(-30000), "-30000"},
+      {"t", &slot[4], 2, Value(60000), "60000"},
+      {"i", &slot[5], 4, Value(-2000000000), "-2000000000"},
+      {"j", &slot[6], 4, Value(4000000000LL), "4000000000"},
+      {"x", &slot[7], 8, Value(-9000000000LL), "-9000000000"},
+      {"y", &slot[8], 8, Value(-1LL), "-1"},  // all 64 bits; reads back through I64
+      {"f", &slot[9], 4, Value(1.5), "1.500000"},
+      {"d", &slot[10], 8, Value(2.25), "2.250000"},
+      {"NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE", &z, 0, Value("text"), "text"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.type);
@@ -91,8 +74,8 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
     char buf[64];
     EXPECT_EQ(out.ToStr(buf, sizeof(buf)), c.text);
   }
-  EXPECT_EQ(f.y, 0xFFFFFFFFFFFFFFFFULL);
-  EXPECT_EQ(f.z, "text");
+  EXPECT_EQ(slot[8], -1);  // all 64 bits of the "y" slot
+  EXPECT_EQ(z, "text");
 }
 
 TEST_F(ModelTest, TypeNamesBySpellingAndSize) {
@@ -118,47 +101,26 @@ TEST_F(ModelTest, TypeNamesBySpellingAndSize) {
   EXPECT_EQ(m, 7u);
   EXPECT_EQ(spelled, 0xFFFFFFFFu);
   EXPECT_EQ(by_size, static_cast<short>(70000));
-
-  // Typed installation uses the compiler's own type names.
-  long native_long = 0;
-  double native_double = 0;
-  model->InstallProp("nl", &native_long);
-  model->InstallProp("nd", &native_double);
-  model->SetPropW("nl", Value((1LL << 40) + 1));
-  model->SetPropW("nd", Value(0.5));
-  EXPECT_EQ(native_long, (1L << 40) + 1);
-  EXPECT_EQ(native_double, 0.5);
 }
 
-TEST_F(ModelTest, StringPropertiesReadFullLengthAndWriteFromText) {
-  std::string s("ab\0cd", 5);
+TEST_F(ModelTest, StringPropertiesTakeTheTextOfAValue) {
+  std::string s = "old";
   model->InstallProp("s", &s);
-  Value out;
-  model->GetPropW("s", out);
-  EXPECT_STREQ(out.Str(), "ab");    // a value's text ends at the first NUL
   model->SetPropW("s", Value(42));  // not a string: its text is empty
   EXPECT_EQ(s, "");
+  s = "old";
   model->SetPropW("s", Value(static_cast<const char*>(nullptr)));
   EXPECT_EQ(s, "");
 }
 
 TEST(ModelDeathTest, SizeMismatchAndUnsupportedTypesStopTheProgram) {
-  EXPECT_DEATH(
-      {
-        vm::Model m;
-        long long wide = 0;
-        m.InstallProp("w", "int", &wide, 8);
-        Value v;
-        m.GetPropW("w", v);
-      },
-      "this->size == sizeof\\(int32_t\\)");
-  EXPECT_DEATH(
-      {
-        char odd[3];
-        vm::Model m;
-        m.InstallProp("odd", "Odd", odd, 3);
-      },
-      "Not Supported Type");
+  vm::Model m;
+  char odd[3];
+  EXPECT_DEATH(m.InstallProp("odd", "Odd", odd, 3), "Not Supported Type");
+  long long wide = 0;
+  m.InstallProp("w", "int", &wide, 8);
+  Value v;
+  EXPECT_DEATH(m.GetPropW("w", v), "this->size == sizeof\\(int32_t\\)");
 }
 
 TEST_F(ModelTest, WritesAnnounceRealChangesOnly) {
@@ -168,16 +130,14 @@ TEST_F(ModelTest, WritesAnnounceRealChangesOnly) {
   EXPECT_TRUE(model->SetPropW("x", Value(7LL)));
   EXPECT_TRUE(model->SetPropW("x", Value(7LL)));  // unchanged: silent
   EXPECT_EQ(x, 7);
-  ASSERT_EQ(listener->events.size(), 1u);
-  EXPECT_EQ(listener->events[0], "prop-changed:kind=PropChange name=x old=0 value=7 ");
-
   // Different kinds never compare equal: "7" is a change, stored as 7.
   EXPECT_TRUE(model->SetPropW("x", Value("7")));
-  EXPECT_EQ(listener->events.back(), "prop-changed:kind=PropChange name=x old=7 value=7 ");
-
   // PropsChange reuses the one event: old and value are stale.
   EXPECT_TRUE(model->EmitPropsChange());
-  EXPECT_EQ(listener->events.back(), "prop-changed:kind=PropsChange name= old=7 value=7 ");
+  EXPECT_EQ(listener->events,
+            (std::vector<std::string>{"prop-changed:kind=PropChange name=x old=0 value=7 ",
+                                      "prop-changed:kind=PropChange name=x old=7 value=7 ",
+                                      "prop-changed:kind=PropsChange name= old=7 value=7 "}));
 }
 
 TEST_F(ModelTest, BlockedChangesAreWrittenButDropped) {
@@ -188,7 +148,6 @@ TEST_F(ModelTest, BlockedChangesAreWrittenButDropped) {
   EXPECT_TRUE(model->BlockEvents());
   EXPECT_TRUE(model->SetPropW("x", Value(1)));  // true even though nothing is emitted
   EXPECT_EQ(x, 1);
-  EXPECT_FALSE(model->EmitPropsChange());
   EXPECT_TRUE(model->UnblockEvents());
   EXPECT_FALSE(model->EmitPropsChange());  // still blocked once
   EXPECT_TRUE(model->UnblockEvents());
@@ -222,24 +181,21 @@ TEST_F(ModelTest, FailuresAreLoggedAndRefused) {
 }
 
 TEST(AccessorModelTest, GettersSettersAndHalfInstalledProperties) {
-  auto* p = new Person();
+  Person p;
   Value v;
-  EXPECT_TRUE(p->GetPropW("age", v));
+  EXPECT_TRUE(p.GetPropW("age", v));
   EXPECT_EQ(v.I64(), 30);
-  EXPECT_TRUE(p->SetPropW("age", Value(31)));
-  EXPECT_EQ(p->age, 31);
-  EXPECT_FALSE(p->SetPropW("age", Value(-1)));  // the setter refuses
-  EXPECT_EQ(p->age, 31);
-  EXPECT_TRUE(p->SetPropW("name", Value("Grace")));
-  EXPECT_EQ(p->name, "Grace");
+  EXPECT_TRUE(p.SetPropW("age", Value(31)));
+  EXPECT_EQ(p.age, 31);
+  EXPECT_FALSE(p.SetPropW("age", Value(-1)));  // the setter refuses
+  EXPECT_EQ(p.age, 31);
 
   // Setter only: reads succeed without touching the value.
-  p->InstallProp("w", nullptr, static_cast<vm::Model::Setter>(&Person::SetAge));
+  p.InstallProp("w", nullptr, static_cast<vm::Model::Setter>(&Person::SetAge));
   Value untouched(99);
-  EXPECT_TRUE(p->GetPropW("w", untouched));
+  EXPECT_TRUE(p.GetPropW("w", untouched));
   EXPECT_EQ(untouched.I64(), 99);
   // Getter only: read-only.
-  p->InstallProp("r", static_cast<vm::Model::Getter>(&Person::GetAge), nullptr);
-  EXPECT_FALSE(p->SetPropW("r", Value(1)));
-  p->Release();
+  p.InstallProp("r", static_cast<vm::Model::Getter>(&Person::GetAge), nullptr);
+  EXPECT_FALSE(p.SetPropW("r", Value(1)));
 }
