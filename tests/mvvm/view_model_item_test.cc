@@ -15,21 +15,11 @@ using base::Value;
 
 namespace {
 
-// Rows of names; "name" is the only field.
-class NameTable : public vm::ViewModelHTable {
- public:
-  unsigned int Size() const override { return static_cast<unsigned int>(names.size()); }
-  bool GetCell(unsigned int row, const std::string& field, Value& v) const override {
-    if (row >= names.size() || field != "name") return false;
-    v.Str(names[row].c_str());
-    return true;
-  }
-  bool SetCell(unsigned int row, const std::string& field, const Value& v) override {
-    if (row >= names.size() || field != "name") return false;
-    names[row] = v.Str();
-    return true;
-  }
-  std::vector<std::string> names{"a", "b"};
+// Two rows; the cells are never read here.
+struct TwoRows : vm::ViewModelHTable {
+  unsigned int Size() const override { return 2; }
+  bool GetCell(unsigned int, const std::string&, Value&) const override { return false; }
+  bool SetCell(unsigned int, const std::string&, const Value&) override { return false; }
 };
 
 }  // namespace
@@ -38,11 +28,10 @@ TEST(ViewModelItemTest, IndexAndWritesAnnouncedOnTheRoot) {
   auto* root = new vm::ViewModelArray();
   auto* rows = new vm::ViewModelArray();
   root->Add(rows);
-  auto* first = new vm::ViewModelItem();
   auto* second = new vm::ViewModelItem();
   int x = 0;
   second->InstallProp("x", &x);
-  rows->Add(first);
+  rows->Add(new vm::ViewModelItem());
   rows->Add(second);
   Value v;
   EXPECT_TRUE(second->GetPropW("_index_", v));
@@ -61,26 +50,24 @@ TEST(ViewModelItemTest, IndexAndWritesAnnouncedOnTheRoot) {
   vm::ViewModelItem loose;
   EXPECT_EQ(loose.GetIndex(), -1);
   EXPECT_TRUE(log.HasFailedCheck("GetIndex", "parent != NULL"));
-  root->Off("prop-changed", listener);
   listener->Release();
   root->Release();
 }
 
 TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
-  NameTable table;
+  TwoRows table;
   auto* listener = new ovui_test::RecordingListener();
   for (const char* type : {"before-item-add", "item-add", "before-item-remove", "item-remove",
                            "update", "current-changed"}) {
     table.On(type, listener);
   }
   EXPECT_TRUE(table.SetPropW("_current_", Value(1)));
-  EXPECT_EQ(table.GetCurrent(), 1u);
   ovui_test::LogCapture log;
   EXPECT_FALSE(table.SetCurrent(2));
   EXPECT_TRUE(log.HasFailedCheck("SetCurrent", "index < this->Size()"));
   Value v;
   table.GetPropW("_current_", v);
-  EXPECT_EQ(v.I64(), 1);
+  EXPECT_EQ(v.I64(), 1);  // kept
 
   table.BeforeAdd(2, 3);
   table.AfterAdd();
@@ -91,12 +78,7 @@ TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
             (std::vector<std::string>{"current-changed:value=1 ", "before-item-add:end=3 start=2 ",
                                       "item-add:", "before-item-remove:end=0 start=0 ",
                                       "item-remove:", "update:"}));
-  table.Off("update", listener);
-  for (const char* type :
-       {"before-item-add", "item-add", "before-item-remove", "item-remove", "current-changed"}) {
-    table.Off(type, listener);
-  }
-  listener->Release();
+  listener->Release();  // the table's emitter releases the rest
 }
 
 TEST(ViewModelItemTest, IndicesFollowTheVisibleList) {
