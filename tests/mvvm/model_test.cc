@@ -42,7 +42,7 @@ struct ModelTest : testing::Test {
 }  // namespace
 
 TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
-  long long slot[11] = {};  // 8 bytes for each code: wide enough for any of them
+  long long slot[16] = {};  // 8 bytes for each row: wide enough for any type
   std::string z;
   struct Case {
     const char* type;
@@ -64,6 +64,12 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
       {"f", &slot[9], 4, Value(1.5), "1.500000"},
       {"d", &slot[10], 8, Value(2.25), "2.250000"},
       {"NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE", &z, 0, Value("text"), "text"},
+      // Other names: "l" by its size, "m", spelled names, and anything else by size.
+      {"l", &slot[11], 8, Value((1LL << 40) + 1), "1099511627777"},
+      {"l", &slot[12], 4, Value((1LL << 32) + 7), "7"},
+      {"m", &slot[13], 8, Value(7), "7"},
+      {"unsigned int", &slot[14], 4, Value(-1), "4294967295"},
+      {"struct Whatever", &slot[15], 2, Value(70000), "4464"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.type);
@@ -76,41 +82,15 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
   }
   EXPECT_EQ(slot[8], -1);  // all 64 bits of the "y" slot
   EXPECT_EQ(z, "text");
-}
-
-TEST_F(ModelTest, TypeNamesBySpellingAndSize) {
-  long long l8 = 0;
-  int l4 = 0;
-  short by_size = 0;
-  unsigned long long m = 0;
-  unsigned int spelled = 0;
-  model->InstallProp("l8", "l", &l8, 8);
-  model->InstallProp("l4", "l", &l4, 4);
-  model->InstallProp("m", "m", &m, 8);
-  model->InstallProp("spelled", "unsigned int", &spelled, 4);
-  model->InstallProp("by_size", "struct Whatever", &by_size, 2);
-  model->SetPropW("l8", Value(1LL << 40));  // differs from 0 only above the low 32 bits:
-  EXPECT_EQ(l8, 0);                         // compares equal, so nothing is written
-  model->SetPropW("l8", Value((1LL << 40) + 1));
-  model->SetPropW("l4", Value((1LL << 32) + 7));
-  model->SetPropW("m", Value(7));
-  model->SetPropW("spelled", Value(-1));
-  model->SetPropW("by_size", Value(70000));
-  EXPECT_EQ(l8, (1LL << 40) + 1);
-  EXPECT_EQ(l4, 7);
-  EXPECT_EQ(m, 7u);
-  EXPECT_EQ(spelled, 0xFFFFFFFFu);
-  EXPECT_EQ(by_size, static_cast<short>(70000));
-}
-
-TEST_F(ModelTest, StringPropertiesTakeTheTextOfAValue) {
-  std::string s = "old";
-  model->InstallProp("s", &s);
-  model->SetPropW("s", Value(42));  // not a string: its text is empty
-  EXPECT_EQ(s, "");
-  s = "old";
-  model->SetPropW("s", Value(static_cast<const char*>(nullptr)));
-  EXPECT_EQ(s, "");
+  // Differing only above the low 32 bits compares equal, so nothing is written.
+  model->SetPropW("x", Value(-9000000000LL + (1LL << 40)));
+  EXPECT_EQ(slot[7], -9000000000LL);
+  // A string property takes a value's own text: none for a number or a null text.
+  model->SetPropW(cases[11].type, Value(42));
+  EXPECT_EQ(z, "");
+  z = "old";
+  model->SetPropW(cases[11].type, Value(static_cast<const char*>(nullptr)));
+  EXPECT_EQ(z, "");
 }
 
 TEST(ModelDeathTest, SizeMismatchAndUnsupportedTypesStopTheProgram) {
