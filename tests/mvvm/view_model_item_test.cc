@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "mvvm/view_model_array.h"
-#include "mvvm/view_model_array_ext.h"
 #include "mvvm/view_model_htable.h"
 #include "support/log_capture.h"
 #include "support/recording_listener.h"
@@ -79,30 +78,4 @@ TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
                                       "item-add:", "before-item-remove:end=0 start=0 ",
                                       "item-remove:", "update:"}));
   listener->Release();  // the table's emitter releases the rest
-}
-
-TEST(ViewModelItemTest, IndicesFollowTheVisibleList) {
-  // Shows rows whose "n" is odd.
-  class OddRows : public vm::ViewModelArrayExt {
-    bool FilterOne(vm::ViewModel* item, const std::string&) override {
-      Value v;
-      item->GetPropW("n", v);
-      return v.I64() % 2 != 0;
-    }
-  };
-  auto* list = new OddRows();
-  std::vector<int> numbers{4, 3, 2, 1};
-  std::vector<vm::ViewModelItem*> rows;
-  for (int& n : numbers) {
-    rows.push_back(new vm::ViewModelItem());
-    rows.back()->InstallProp("n", &n);
-    list->Add(rows.back());
-  }
-  list->Filter("odd");
-  list->Sort("1:n");
-  std::vector<int> indices;
-  for (vm::ViewModelItem* row : rows)
-    indices.push_back(row->GetIndex());
-  EXPECT_EQ(indices, (std::vector<int>{-1, 1, -1, 0}));  // hidden rows read -1
-  list->Release();
 }
