@@ -29,6 +29,10 @@ TEST(ValueTest, KindsAndTextOfEachConstructor) {
   EXPECT_EQ(Text(Value(static_cast<void*>(&x))), "<null>");
   EXPECT_EQ(Text(Value()), "<null>");
   EXPECT_EQ(Value(2.5).ToStr(nullptr, 0), nullptr);
+  char small[4];  // truncated and terminated
+  std::memset(small, 'x', sizeof(small));
+  EXPECT_STREQ(Value(123456LL).ToStr(small, sizeof(small)), "123");
+  EXPECT_STREQ(Value(1.25).ToStr(small, sizeof(small)), "1.2");
 }
 
 TEST(ValueTest, StringsAreOwnedCopies) {
@@ -129,11 +133,4 @@ TEST(ValueTest, CompareWithinAndAcrossKinds) {
   int arr[2];
   EXPECT_EQ(Value(static_cast<void*>(&arr[1])).Cmp(Value(static_cast<void*>(&arr[0]))), 1);
   EXPECT_EQ(Value(static_cast<void*>(arr)).Cmp(Value(static_cast<void*>(arr))), 0);
-}
-
-TEST(ValueTest, FormattingTruncatesAndTerminates) {
-  char buf[4];
-  std::memset(buf, 'x', sizeof(buf));
-  EXPECT_STREQ(Value(123456LL).ToStr(buf, sizeof(buf)), "123");
-  EXPECT_STREQ(Value(1.25).ToStr(buf, sizeof(buf)), "1.2");
 }
