@@ -42,16 +42,13 @@ struct Destructing : ovui_test::Tracked<events::EventListener> {
 
 }  // namespace
 
+// Integer and pointer parameters show in the array tests' event texts.
 TEST(EventTest, ParametersAndText) {
-  Event e("PropChange");
-  EXPECT_EQ(e.ToString(), "PropChange:");
-  e.SetParam("value", 2LL);
-  e.SetParam("old", 1LL);
-  e.SetParam("name", "age");
+  Event e("x");
+  EXPECT_EQ(e.ToString(), "x:");
   e.SetParam("ratio", 0.5);
-  int x;
-  e.SetParam("ptr", static_cast<void*>(&x));
-  EXPECT_EQ(e.ToString(), "PropChange:name=age old=1 ptr= ratio=0.500000 value=2 ");  // name order
+  e.SetParam("name", "age");
+  EXPECT_EQ(e.ToString(), "x:name=age ratio=0.500000 ");  // in name order
   EXPECT_EQ(e.GetParam("missing").Type(), base::Value::TYPE_NULL);
   EXPECT_STREQ(Event::CHANGED, "changed");
 }
