@@ -38,7 +38,8 @@ struct ModelTest : testing::Test {
 
 }  // namespace
 
-TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
+TEST_F(ModelTest, StorageCodesAndTypeNamesRoundTrip) {
+  const char kString[] = "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";  // std::string
   long long slot[16] = {};  // 8 bytes for each row: wide enough for any type
   std::string z;
   struct Case {
@@ -60,7 +61,7 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
       {"y", &slot[8], 8, Value(-1LL), "-1"},  // all 64 bits; reads back through I64
       {"f", &slot[9], 4, Value(1.5), "1.500000"},
       {"d", &slot[10], 8, Value(2.25), "2.250000"},
-      {"NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE", &z, 0, Value("text"), "text"},
+      {kString, &z, 0, Value("text"), "text"},
       // Other names: "l" by its size, "m", spelled names, and anything else by size.
       {"l", &slot[11], 8, Value((1LL << 40) + 1), "1099511627777"},
       {"l", &slot[12], 4, Value((1LL << 32) + 7), "7"},
@@ -83,10 +84,10 @@ TEST_F(ModelTest, EveryStorageCodeRoundTrips) {
   model->SetPropW("x", Value(-9000000000LL + (1LL << 40)));
   EXPECT_EQ(slot[7], -9000000000LL);
   // A string property takes a value's own text: none for a number or a null text.
-  model->SetPropW(cases[11].type, Value(42));
+  model->SetPropW(kString, Value(42));
   EXPECT_EQ(z, "");
   z = "old";
-  model->SetPropW(cases[11].type, Value(static_cast<const char*>(nullptr)));
+  model->SetPropW(kString, Value(static_cast<const char*>(nullptr)));
   EXPECT_EQ(z, "");
 }
 

@@ -103,7 +103,7 @@ TEST_F(ViewModelArrayTest, CurrentPositionFollowsAddsAndRemoves) {
   EXPECT_EQ(root->GetCurrent(), 0u);
   EXPECT_EQ(root->GetCurrentViewModel(), nested);
 
-  // A top-level array emptied: current clears without an event.
+  // A top-level array emptied: current clears.
   root->Remove(other);
   root->Remove(nested);
   on_root->events.clear();
