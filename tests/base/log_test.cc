@@ -18,21 +18,16 @@ bool FailingCheck(int index) {
 
 }  // namespace
 
-TEST(LogTest, NothingIsWrittenBeforeInit) {
-  base::LogDeinit();
+TEST(LogTest, StandardOutputLevelsAndClosing) {
   testing::internal::CaptureStdout();
-  base::Log("x.cc", 1, 3, "lost\n");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-}
-
-TEST(LogTest, LevelsBelowTheMinimumAreDropped) {
   base::LogInit(nullptr, 3);
-  testing::internal::CaptureStdout();
-  base::Log("a.cc", 10, 2, "quiet\n");
+  base::Log("a.cc", 10, 2, "quiet\n");  // below the minimum
   base::Log("a.cc", 11, 3, "loud %d\n", 7);
-  const std::string out = testing::internal::GetCapturedStdout();
+  base::LogInit("/nonexistent-dir/x.log", 0);  // unopenable: standard output as well
+  base::Log("f.cc", 1, 0, "here\n");
   base::LogDeinit();
-  EXPECT_EQ(out, "a.cc:11[3] loud 7\n");
+  base::Log("x.cc", 1, 3, "lost\n");  // nothing is written while closed
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "a.cc:11[3] loud 7\nf.cc:1[0] here\n");
 }
 
 TEST(LogTest, PrefixUsesTheBaseNameSlashFirst) {
@@ -50,12 +45,4 @@ TEST(LogTest, FailedCheckNamesFunctionLineAndCondition) {
   EXPECT_FALSE(FailingCheck(5));
   const std::string line = std::to_string(g_check_line);
   EXPECT_EQ(log.Text(), "log_test.cc:" + line + "[2] FailingCheck:" + line + " index < 3\n");
-}
-
-TEST(LogTest, UnopenableFileFallsBackToStdout) {
-  base::LogInit("/nonexistent-dir/x.log", 0);
-  testing::internal::CaptureStdout();
-  base::Log("f.cc", 1, 0, "here\n");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "f.cc:1[0] here\n");
-  base::LogDeinit();
 }

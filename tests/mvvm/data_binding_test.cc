@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <map>
 #include <string>
 #include <vector>
@@ -10,46 +9,18 @@
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model.h"
 #include "support/log_capture.h"
+#include "support/toy_objects.h"
 
 using vm::DataBinding;
 using vm::DataBindingParser;
 
 namespace {
 
-// A ratio in the model (0.25) shown as a whole percentage (25); or refuses both ways.
-class PercentConverter : public vm::IConverter {
- public:
-  explicit PercentConverter(bool works) : works(works) {}
-  bool Convert(const base::Value& from, base::Value& to) override {
-    to.I64(std::llround(from.F64() * 100));
-    return works;
-  }
-  bool ConvertBack(const base::Value& from, base::Value& to) override {
-    to.F64(static_cast<double>(from.I64()) / 100);
-    return works;
-  }
-  bool works;
-};
-
-// Accepts numbers up to 0.5 and remembers the last value it saw.
-class MaxValidator : public vm::IValidator {
- public:
-  explicit MaxValidator(base::Value* seen) : seen(seen) {}
-  bool IsValid(const base::Value& v, std::string& msg) override {
-    *seen = v;
-    if (v.F64() <= 0.5) return true;
-    msg = "too large";
-    return false;
-  }
-  base::Value* seen;
-};
-
 struct DataBindingVmTest : testing::Test {
   DataBindingVmTest() {
-    vm->InstallProp("ratio", &ratio);
-    vm->RegisterConverter("percent", new PercentConverter(true));
-    vm->RegisterConverter("refuse", new PercentConverter(false));
-    vm->RegisterValidator("max", new MaxValidator(&seen));
+    vm->InstallProp("n", &n), vm->InstallProp("text", &text);
+    vm->RegisterConverter("x10", new ovui_test::ScaleConverter(10));
+    vm->RegisterValidator("range", new ovui_test::RangeValidator(0, 5));
   }
   ~DataBindingVmTest() override { vm->Release(); }
   const DataBinding& Binding(const char* path, const char* converter = "",
@@ -60,8 +31,8 @@ struct DataBindingVmTest : testing::Test {
     return binding;
   }
 
-  double ratio = 0.25;
-  base::Value seen;
+  int n = 3;
+  std::string text = "t";
   vm::ViewModel* vm = new vm::ViewModel();
   ovui_test::LogCapture log;
   DataBinding binding;
@@ -79,20 +50,16 @@ TEST(DataBindingParserTest, KeysAndWords) {
       // "TwoWay" only in exact case, never "Once"; other words change nothing.
       {"{Binding x, Mode=OneWay, Mode=twoway}", "{BindingPath=x, Trigger=Changing, Mode=OneWay}"},
       {"{Binding x, Mode=OneWay, Mode=Once}", "{BindingPath=x, Trigger=Changing, Mode=OneWay}"},
-      {"{Binding x, Mode=sideways}", "{BindingPath=x, Trigger=Changing, Mode=TwoWay}"},
       {"{Binding x, TRIGGER=changed}", "{BindingPath=x, Trigger=Changed, Mode=TwoWay}"},
       {"{Binding x, Trigger=Changed, Trigger=CHANGING}",
        "{BindingPath=x, Trigger=Changing, Mode=TwoWay}"},
-      {"{Binding x, Trigger=explicit}", "{BindingPath=x, Trigger=Explicit, Mode=TwoWay}"},
       {"{Binding x, Trigger=never}", "{BindingPath=x, Trigger=Explicit, Mode=TwoWay}"},
-      {"{Binding x, Trigger=}", "{BindingPath=x, Trigger=Explicit, Mode=TwoWay}"},
       {"{x, converter=c, VALIDATOR=v}",
        "{BindingPath=x, Trigger=Changing, Mode=TwoWay, Converter=c, Validator=v}"},
       // A lone default key binds "path", lower-cased; with a value it is the value.
       {"{Binding PATH}", "{BindingPath=path, Trigger=Changing, Mode=TwoWay}"},
       {"{Binding Path, Mode=OneWay}", "{BindingPath=Path, Trigger=Changing, Mode=OneWay}"},
       {"{Binding Path=x, Path}", "{BindingPath=, Trigger=Changing, Mode=TwoWay}"},
-      {"{Binding Path=\"Title\"}", "{BindingPath=\"Title\", Trigger=Changing, Mode=TwoWay}"},
   };
   for (const auto& c : cases) {
     DataBinding* b = DataBindingParser::FromString(c.first);
@@ -113,14 +80,12 @@ TEST(DataBindingParserTest, TooShortTextsAndLines) {
   EXPECT_EQ(DataBindingParser::FromString("{}"), nullptr);
   EXPECT_TRUE(log.HasFailedCheck("FromString", "str.size() > 2"));
 
-  log.Clear();
   std::vector<DataBinding*> bindings{new DataBinding()};
   EXPECT_TRUE(DataBindingParser::FromString("{a}\r\n\r\n{b, Mode=OneWay}\n{}\r   \n", bindings));
   ASSERT_EQ(bindings.size(), 4u);  // appended; "{}" skipped, "   " long enough
   EXPECT_EQ(bindings[1]->path, "a");
   EXPECT_EQ(bindings[2]->mode, DataBinding::MODE_ONE_WAY);
   EXPECT_EQ(bindings[3]->path, "");
-  EXPECT_TRUE(log.HasFailedCheck("FromString", "str.size() > 2"));
   for (DataBinding* b : bindings)
     b->Release();
 }
@@ -156,28 +121,27 @@ TEST(DataBindingTest, AsOneWayKeepsOnce) {
 
 TEST_F(DataBindingVmTest, GetPropWReadsThroughTheConverter) {
   base::Value v;
-  EXPECT_TRUE(Binding("ratio").GetPropW(vm, v));
-  EXPECT_DOUBLE_EQ(v.F64(), 0.25);
-  EXPECT_TRUE(Binding("ratio", "percent").GetPropW(vm, v));
-  EXPECT_EQ(v.Type(), base::Value::TYPE_INT);
-  EXPECT_EQ(v.I64(), 25);
-  EXPECT_FALSE(Binding("nothing", "percent").GetPropW(vm, v));
+  EXPECT_TRUE(Binding("n").GetPropW(vm, v));
+  EXPECT_EQ(v.I64(), 3);
+  EXPECT_TRUE(Binding("n", "x10").GetPropW(vm, v));
+  EXPECT_EQ(v.I64(), 30);
+  EXPECT_FALSE(Binding("nothing", "x10").GetPropW(vm, v));
   EXPECT_EQ(log.Text(), "");
 
-  EXPECT_FALSE(Binding("ratio", "nope").GetPropW(vm, v));
+  EXPECT_FALSE(Binding("n", "nope").GetPropW(vm, v));
   EXPECT_TRUE(log.HasFailedCheck("GetPropW", "vm->HasConverter(this->converter)"));
-  EXPECT_FALSE(Binding("ratio", "refuse").GetPropW(vm, v));
+  EXPECT_FALSE(Binding("text", "x10").GetPropW(vm, v));  // the converter refuses text
   EXPECT_TRUE(log.HasFailedCheck("GetPropW", "vm->Convert(this->converter, value, cvalue)"));
 }
 
 TEST_F(DataBindingVmTest, SetPropWConvertsValidatesThenWrites) {
   std::string error = "untouched";
-  EXPECT_TRUE(Binding("ratio", "percent", "max").SetPropW(vm, base::Value(40), error));
-  EXPECT_DOUBLE_EQ(ratio, 0.4);
-  EXPECT_EQ(seen.Type(), base::Value::TYPE_FLOAT);  // the validator saw the converted value
+  // 40 is out of range, but the validator sees the converted 4.
+  EXPECT_TRUE(Binding("n", "x10", "range").SetPropW(vm, base::Value(40), error));
+  EXPECT_EQ(n, 4);
   EXPECT_EQ(error, "untouched");
-  EXPECT_TRUE(Binding("ratio").SetPropW(vm, base::Value(0.75), error));
-  EXPECT_DOUBLE_EQ(ratio, 0.75);
+  EXPECT_TRUE(Binding("n").SetPropW(vm, base::Value(75), error));
+  EXPECT_EQ(n, 75);
 }
 
 TEST_F(DataBindingVmTest, SetPropWFailuresWriteNothing) {
@@ -185,21 +149,20 @@ TEST_F(DataBindingVmTest, SetPropWFailuresWriteNothing) {
     const char* path;
     const char* converter;
     const char* validator;
-    int input;
+    base::Value input;
     const char* error;
   } cases[] = {
       {"nothing", "nope", "nope", 10, "no prop nothing"},
-      {"ratio", "nope", "max", 10, "no converter nope"},
-      {"ratio", "refuse", "max", 10, "converter failed: refuse"},
-      {"ratio", "percent", "nope", 10, "no validator nope"},
-      {"ratio", "percent", "max", 90, "too large"},
-      {"ratio", "", "max", 9, "too large"},
+      {"n", "nope", "range", 10, "no converter nope"},
+      {"n", "x10", "range", "ten", "converter failed: x10"},
+      {"n", "x10", "nope", 10, "no validator nope"},
+      {"n", "x10", "range", 90, "must be between 0 and 5"},
   };
   for (const auto& c : cases) {
     std::string error = "previous text";
     EXPECT_FALSE(Binding(c.path, c.converter, c.validator).SetPropW(vm, c.input, error));
     EXPECT_EQ(error, c.error);
   }
-  EXPECT_DOUBLE_EQ(ratio, 0.25);
+  EXPECT_EQ(n, 3);
   EXPECT_EQ(log.Text(), "");  // reported through the error text only
 }

@@ -4,21 +4,22 @@
 
 #include <string>
 
+#include "mvvm/view_model_item.h"
 #include "support/log_capture.h"
 #include "support/recording_listener.h"
+#include "support/toy_objects.h"
 
 using Strings = std::vector<std::string>;
 
 namespace {
 
-struct Row : vm::ViewModel {
-  Row(std::string name, int x, int* destroyed) : name(name), x(x), destroyed(destroyed) {
+// An item, so that its index in the visible list can be read.
+struct Row : ovui_test::Tracked<vm::ViewModelItem> {
+  Row(std::string name, int x, int* destroyed) : Tracked(destroyed), name(name), x(x) {
     InstallProp("name", &this->name), InstallProp("x", &this->x);
   }
-  ~Row() override { ++*destroyed; }
   std::string name;
   int x;
-  int* destroyed;
 };
 
 // The filter rule is a text that the child's name must contain.
@@ -54,13 +55,15 @@ struct ViewModelArrayExtTest : testing::Test {
 }  // namespace
 
 TEST_F(ViewModelArrayExtTest, SortsByIntAndTextBothWays) {
-  Add("a", 3), Add("b", 1), Add("c", 3);
+  Add("a", 3), Add("b", 1);
+  Row* c = Add("c", 3);
   Listen();
   ovui_test::LogCapture log;
   EXPECT_FALSE(rows->Sort("1:"));
   EXPECT_TRUE(log.HasFailedCheck("Sort", "args.size() > 2"));
   EXPECT_TRUE(rows->Sort("0:x"));
   EXPECT_EQ(Shown(), "c,a,b");  // the complemented predicate swaps the equal 3s
+  EXPECT_EQ(c->GetIndex(), 0);  // an item's index follows the order
   EXPECT_EQ(heard, Strings{"sorted:"});
   EXPECT_TRUE(rows->Sort("0 name"));
   EXPECT_EQ(Shown(), "c,b,a");
@@ -69,11 +72,15 @@ TEST_F(ViewModelArrayExtTest, SortsByIntAndTextBothWays) {
 }
 
 TEST_F(ViewModelArrayExtTest, FilterSortAndTheCurrentChild) {
-  Add("ax", 2), Add("b", 3), Add("cx", 1);
+  Add("ax", 2);
+  Row* b = Add("b", 3);
+  Row* cx = Add("cx", 1);
   Listen();
   EXPECT_TRUE(rows->Filter("x"));  // current index 2 is now past the end
   EXPECT_TRUE(rows->Sort("0:x"));
-  EXPECT_EQ(Shown(), "ax,cx");  // filter re-applied to the sorted list
+  EXPECT_EQ(Shown(), "ax,cx");   // filter re-applied to the sorted list
+  EXPECT_EQ(cx->GetIndex(), 1);  // its place among the visible rows
+  EXPECT_EQ(b->GetIndex(), -1);  // hidden
   EXPECT_EQ(heard, (Strings{"filtered:", "current-changed:value=0 ", "sorted:", "filtered:"}));
   heard.clear();
   EXPECT_TRUE(rows->Filter("none"));

@@ -16,20 +16,11 @@ using ovui_test::ToyCommand;
 namespace {
 
 // A data model with two integer properties, "a" and "shared".
-class DataModel : public vm::Model {
- public:
-  explicit DataModel(int* destroyed = nullptr) : destroyed(destroyed) {
-    InstallProp("a", &this->a);
-    InstallProp("shared", &this->shared);
+struct DataModel : ovui_test::Tracked<vm::Model> {
+  explicit DataModel(int* destroyed) : Tracked(destroyed) {
+    InstallProp("a", &this->a), InstallProp("shared", &this->shared);
   }
-  ~DataModel() override {
-    if (destroyed) ++*destroyed;
-  }
-  int a = 1;
-  int shared = 2;
-
- private:
-  int* destroyed;
+  int a = 1, shared = 2;
 };
 
 struct ViewModelTest : testing::Test {
@@ -56,8 +47,6 @@ TEST_F(ViewModelTest, OwnPropertiesShadowTheModel) {
   EXPECT_FALSE(vm->HasProp("nope"));
 
   LogCapture log;
-  EXPECT_FALSE(vm->SetPropW("nope", Value(1)));
-  EXPECT_TRUE(log.HasFailedCheck("SetPropW", "found"));  // the model's own refusal
   vm::ViewModel bare;
   EXPECT_FALSE(bare.SetPropW("nope", Value(1)));
   EXPECT_TRUE(log.HasFailedCheck("SetPropW", "model != NULL"));
@@ -81,12 +70,9 @@ TEST_F(ViewModelTest, RegistriesAdoptAndRelease) {
   vm->RegisterCommand("c", new ToyCommand(&destroyed));
   vm->RegisterConverter("k", new ovui_test::ScaleConverter(10, &destroyed));
   vm->RegisterValidator("v", new ovui_test::RangeValidator(0, 1, &destroyed));
-  auto* sub = new vm::ViewModel();
-  vm->SetSubViewModel("sub", sub);
-  EXPECT_EQ(vm->GetSubViewModel("sub"), sub);
-  EXPECT_EQ(vm->GetAllSubViewModel().size(), 1u);
+  vm->SetSubViewModel("sub", new ovui_test::Tracked<vm::ViewModel>(&destroyed));
   vm->Reset();
-  EXPECT_EQ(destroyed, 5);
+  EXPECT_EQ(destroyed, 6);
   EXPECT_EQ(model_destroyed, 1);
   EXPECT_EQ(vm->GetModel(), nullptr);
   EXPECT_EQ(vm->GetSubViewModel("sub"), nullptr);
@@ -95,11 +81,11 @@ TEST_F(ViewModelTest, RegistriesAdoptAndRelease) {
   vm->SetModel(new DataModel(&model_destroyed));
   vm->Release();  // destruction releases everything it holds
   vm = nullptr;
-  EXPECT_EQ(destroyed, 6);
+  EXPECT_EQ(destroyed, 7);
   EXPECT_EQ(model_destroyed, 2);
 }
 
-TEST_F(ViewModelTest, CommandsConvertersAndValidatorsByName) {
+TEST_F(ViewModelTest, CommandsAndValidatorVerdictsByName) {
   auto* cmd = new ToyCommand();
   vm->RegisterCommand("save", cmd);
   EXPECT_TRUE(vm->ExecuteCommand("save", "all"));
@@ -107,24 +93,17 @@ TEST_F(ViewModelTest, CommandsConvertersAndValidatorsByName) {
   cmd->enabled = false;
   EXPECT_FALSE(vm->CanExecuteCommand("save", ""));
 
-  vm->RegisterConverter("x10", new ovui_test::ScaleConverter(10));
-  Value to;
-  EXPECT_TRUE(vm->Convert("x10", Value(3), to));
-  EXPECT_EQ(to.I64(), 30);
-  EXPECT_TRUE(vm->ConvertBack("x10", Value(30), to));
-  EXPECT_EQ(to.I64(), 3);
-
+  // Converters and validators run through DataBinding; here only the remembered verdict.
   vm->RegisterValidator("age", new ovui_test::RangeValidator(0, 150));
   std::string msg;
   EXPECT_FALSE(vm->HasValidatorError());
   EXPECT_FALSE(vm->IsValidProp("age", Value(200), msg));
-  EXPECT_EQ(msg, "must be between 0 and 150");
   EXPECT_TRUE(vm->HasValidatorError());
   EXPECT_TRUE(vm->ClearValidatorError());
   EXPECT_FALSE(vm->HasValidatorError());
-  EXPECT_TRUE(vm->IsValidProp("age", Value(20), msg));
 
   LogCapture log;
+  Value to;
   EXPECT_FALSE(vm->ExecuteCommand("nope", ""));
   EXPECT_TRUE(log.HasFailedCheck("ExecuteCommand", "iter != this->commands.end()"));
   EXPECT_FALSE(vm->CanExecuteCommand("nope", ""));
@@ -171,15 +150,9 @@ TEST_F(ViewModelTest, ListenersReachTheModelAndPresentSubViewModels) {
   listener->Release();
 }
 
-TEST_F(ViewModelTest, RootsAndDefaultHooks) {
-  vm::ViewModel child, grandchild;
-  child.SetParent(vm);
-  grandchild.SetParent(&child);
-  EXPECT_EQ(grandchild.GetRoot(), vm);
-  EXPECT_EQ(static_cast<const vm::ViewModel&>(grandchild).GetRoot(), vm);
-  EXPECT_EQ(vm->GetRoot(), vm);
+// GetRoot is followed through two parents by the item tests' announcements.
+TEST_F(ViewModelTest, DefaultHooks) {
   EXPECT_EQ(vm->GetType(), vm::ViewModel::VIEW_MODEL);
-
   vm::MenuData menu;
   EXPECT_FALSE(vm->GetContextMenuData("list", menu));
   EXPECT_FALSE(vm->IsPropOneWay("a"));
@@ -203,8 +176,6 @@ TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
   EXPECT_TRUE(vm->EvalProp("$ratio + 0", out));
   EXPECT_EQ(out.Type(), Value::TYPE_INT);  // -2.5 truncates toward zero
   EXPECT_EQ(out.I64(), -2);
-  EXPECT_TRUE(vm->EvalProp("$ratio * -1", out));
-  EXPECT_EQ(out.F64(), 2.5);
   EXPECT_TRUE(vm->EvalProp("$title + \" \" + toupper(\"ada\")", out));
   EXPECT_STREQ(out.Str(), "Dr ADA");
   EXPECT_TRUE(vm->EvalProp("$PI * 1", out));  // not a property: the constant
@@ -216,8 +187,6 @@ TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
   EXPECT_EQ(out.Type(), Value::TYPE_FLOAT);
   EXPECT_EQ(out.F64(), 0.0);
   EXPECT_TRUE(log.HasFailedCheck("EvalProp", "undefined variable"));
-  EXPECT_FALSE(vm->EvalProp("(1) 2", out));
-  EXPECT_TRUE(log.HasFailedCheck("EvalProp", "unexpected character"));
 }
 
 TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {

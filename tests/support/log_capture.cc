@@ -34,17 +34,6 @@ std::string LogCapture::Text() const {
   return ss.str();
 }
 
-bool LogCapture::HasLineEndingWith(const std::string& suffix) const {
-  std::istringstream lines(Text());
-  for (std::string line; std::getline(lines, line);) {
-    if (line.size() >= suffix.size() &&
-        line.compare(line.size() - suffix.size(), suffix.size(), suffix) == 0) {
-      return true;
-    }
-  }
-  return false;
-}
-
 bool LogCapture::HasFailedCheck(const std::string& function, const std::string& condition) const {
   static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
   const auto quote = [](const std::string& s) { return std::regex_replace(s, special, R"(\$&)"); };

@@ -15,8 +15,6 @@ class LogCapture {
   LogCapture& operator=(const LogCapture&) = delete;
 
   std::string Text() const;
-  // True when some line ends with `suffix` (the part after the "file:line[level] " prefix).
-  bool HasLineEndingWith(const std::string& suffix) const;
   // True when a failed check of `condition` in `function` was logged at level 2,
   // as "<file>:<n>[2] <function>:<n> <condition>".
   bool HasFailedCheck(const std::string& function, const std::string& condition) const;

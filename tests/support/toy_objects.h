@@ -30,11 +30,10 @@ class ToyCommand : public Tracked<vm::ICommand> {
   bool CanExecute(const std::string&) override { return enabled; }
   bool Execute(const std::string& args) override {
     runs.push_back(args);
-    return result;
+    return true;
   }
   std::vector<std::string> runs;
   bool enabled = true;
-  bool result = true;
 };
 
 // Multiplies numbers by `factor` for the view and divides on the way back;
