@@ -58,7 +58,7 @@ case "$cmd" in
     configure_and_build "$dir" -DCMAKE_BUILD_TYPE=Release \
       -DOVUI_BUILD_TESTS=OFF -DOVUI_BUILD_EXAMPLES=OFF -DOVUI_BUILD_BENCHMARKS=ON
     found=0
-    for b in "$dir"/bench/ovui_bench_*; do
+    for b in "$dir"/bench/ovui_bench; do
       [[ -x "$b" ]] || continue
       found=1
       "$b" "$@"
