@@ -89,6 +89,14 @@ void Value::Str(const char* s, unsigned len) {
   value_.s = copy;
 }
 
+void Value::StrIfChanged(const char* s, unsigned len) {
+  if (type_ == TYPE_STR && value_.s && s && std::strncmp(value_.s, s, len) == 0 &&
+      value_.s[strnlen(s, len)] == '\0') {
+    return;
+  }
+  Str(s, len);
+}
+
 void Value::Copy(const Value& other) {
   if (this == &other) return;
   FreeStr();

@@ -68,6 +68,9 @@ class Value {
   void Pointer(void* p);
   // Stores a copy of at most `len` bytes of `s`; (unsigned)-1 copies all of it.
   void Str(const char* s, unsigned len = static_cast<unsigned>(-1));
+  // Stores `s` unless this already is a string with exactly that text, in
+  // which case nothing is reallocated.
+  void StrIfChanged(const char* s, unsigned len);
   // Copies `other`. Copying a null value stores nothing (the old kind stays).
   void Copy(const Value& other);
 

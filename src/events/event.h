@@ -26,6 +26,10 @@ class Event : public base::RefObj<Event>, public base::NoneClonable {
   const base::Value& GetParam(const std::string& name) const;
   // Adds or assigns; assigning a null value keeps the old one's kind.
   void SetParam(const std::string& name, const base::Value& v);
+  // The parameter itself, created null when missing. The reference stays
+  // valid as long as the event, so code that reuses one event can fill it
+  // without looking names up again.
+  base::Value& Param(const std::string& name) { return this->params[name]; }
 
   // "<type>:" then "<name>=<text> " for every parameter in name order.
   std::string ToString() const;

@@ -6,6 +6,8 @@ namespace vm {
 
 namespace {
 const char kPropChanged[] = "prop-changed";
+const char kPropChange[] = "PropChange";
+const char kPropsChange[] = "PropsChange";
 }  // namespace
 
 IModel::~IModel() {
@@ -46,19 +48,31 @@ bool IModel::UnblockEvents() {
 bool IModel::EmitPropChange(const std::string& name, const base::Value& old,
                             const base::Value& value) {
   if (!this->emitter || !this->event) return false;
-  this->event->SetType(kPropChanged);
-  this->event->SetParam("name", name);
-  this->event->SetParam("old", old);
-  this->event->SetParam("value", value);
-  this->event->SetParam("kind", "PropChange");
+  if (this->event->GetType() != kPropChanged) this->event->SetType(kPropChanged);
+  SetNameAndKind(name, kPropChange, sizeof(kPropChange) - 1);
+  if (!this->params.old) {
+    this->params.old = &this->event->Param("old");
+    this->params.value = &this->event->Param("value");
+  }
+  *this->params.old = old;
+  *this->params.value = value;
   return Emit(this->event);
+}
+
+void IModel::SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len) {
+  // Parameters appear when first set, as SetParam would make them.
+  if (!this->params.name) {
+    this->params.name = &this->event->Param("name");
+    this->params.kind = &this->event->Param("kind");
+  }
+  this->params.name->StrIfChanged(name.c_str(), static_cast<unsigned>(name.size()));
+  this->params.kind->StrIfChanged(kind, kind_len);
 }
 
 bool IModel::EmitPropsChange() {
   if (!this->emitter || !this->event) return false;
-  this->event->SetParam("name", "");
-  this->event->SetParam("kind", "PropsChange");
-  this->event->SetType(kPropChanged);
+  SetNameAndKind(std::string(), kPropsChange, sizeof(kPropsChange) - 1);
+  if (this->event->GetType() != kPropChanged) this->event->SetType(kPropChanged);
   return Emit(this->event);
 }
 

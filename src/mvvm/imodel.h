@@ -51,6 +51,18 @@ class IModel : public base::RefObj<IModel>, public base::NoneClonable {
   int block_event_nr = 0;
   events::Event* event = nullptr;
   events::EventEmitter* emitter = nullptr;
+
+ private:
+  void SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len);
+
+  // The reusable event's parameters, so that a change is announced without
+  // looking names up or reallocating texts that did not change.
+  struct Params {
+    base::Value* name;
+    base::Value* old;
+    base::Value* value;
+    base::Value* kind;
+  } params{};
 };
 
 }  // namespace vm

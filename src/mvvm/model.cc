@@ -176,20 +176,22 @@ bool Model::Prop::SetProp(Model* model, const base::Value& v) const {
 }
 
 bool Model::HasProp(const std::string& name) const {
-  return this->props.count(name) != 0;
+  return FindProp(name) != nullptr;
 }
 
 bool Model::GetPropW(const std::string& name, base::Value& v) const {
-  auto iter = this->props.find(name);
-  if (iter == this->props.end()) return false;
-  return iter->second.GetProp(this, v);
+  const Prop* p = FindProp(name);
+  return p ? p->GetProp(this, v) : false;
 }
 
 bool Model::SetPropW(const std::string& name, const base::Value& v) {
-  auto iter = this->props.find(name);
-  const bool found = iter != this->props.end();
+  const Prop* p = FindProp(name);
+  const bool found = p != nullptr;
   OVUI_CHECK(found, false);
-  const Prop& p = iter->second;
+  return Model::SetPropW(name, *p, v);
+}
+
+bool Model::SetPropW(const std::string& name, const Prop& p, const base::Value& v) {
   base::Value old;
   OVUI_CHECK(p.GetProp(this, old), false);
   if (old.Cmp(v) == 0) return true;

@@ -80,6 +80,15 @@ class Model : public IModel {
     bool SetProp(Model* model, const base::Value& v) const;
   };
 
+  // The record of `name`, or null: one lookup for subclasses that would
+  // otherwise ask HasProp first and look the name up again.
+  const Prop* FindProp(const std::string& name) const {
+    auto iter = this->props.find(name);
+    return iter == this->props.end() ? nullptr : &iter->second;
+  }
+  // SetPropW's compare, write and announce over a record already found.
+  bool SetPropW(const std::string& name, const Prop& p, const base::Value& v);
+
   std::map<std::string, Prop> props;
 };
 

@@ -60,17 +60,17 @@ ViewModel::~ViewModel() {
 }
 
 bool ViewModel::HasProp(const std::string& name) const {
-  if (Model::HasProp(name)) return true;
+  if (FindProp(name)) return true;
   return this->model ? this->model->HasProp(name) : false;
 }
 
 bool ViewModel::GetPropW(const std::string& name, base::Value& v) const {
-  if (Model::HasProp(name)) return Model::GetPropW(name, v);
+  if (const Prop* p = FindProp(name)) return p->GetProp(this, v);
   return this->model ? this->model->GetPropW(name, v) : false;
 }
 
 bool ViewModel::SetPropW(const std::string& name, const base::Value& v) {
-  if (Model::HasProp(name)) return Model::SetPropW(name, v);
+  if (const Prop* p = FindProp(name)) return Model::SetPropW(name, *p, v);
   OVUI_CHECK(model != NULL, false);
   return this->model->SetPropW(name, v);
 }
