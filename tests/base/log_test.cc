@@ -6,43 +6,32 @@
 
 #include "support/log_capture.h"
 
-namespace {
+static int g_check_line = 0;
 
-int g_check_line = 0;
-
-bool FailingCheck(int index) {
+static bool FailingCheck(int index) {
   g_check_line = __LINE__ + 1;
   OVUI_CHECK(index < 3, false);
   return true;
 }
 
-}  // namespace
-
-TEST(LogTest, StandardOutputLevelsAndClosing) {
+TEST(LogTest, DestinationsLevelsPrefixAndFailedChecks) {
   testing::internal::CaptureStdout();
+  base::Log("x.cc", 1, 3, "lost\n");  // nothing is written before LogInit
   base::LogInit(nullptr, 3);
   base::Log("a.cc", 10, 2, "quiet\n");  // below the minimum
   base::Log("a.cc", 11, 3, "loud %d\n", 7);
   base::LogInit("/nonexistent-dir/x.log", 0);  // unopenable: standard output as well
   base::Log("f.cc", 1, 0, "here\n");
   base::LogDeinit();
-  base::Log("x.cc", 1, 3, "lost\n");  // nothing is written while closed
+  base::Log("x.cc", 2, 3, "lost\n");  // nor after LogDeinit
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "a.cc:11[3] loud 7\nf.cc:1[0] here\n");
-}
 
-TEST(LogTest, PrefixUsesTheBaseNameSlashFirst) {
   ovui_test::LogCapture log;
-  base::Log("a/b\\c.cc", 5, 1, "m\n");
+  base::Log("a/b\\c.cc", 5, 1, "m\n");  // the base name: after the last slash, else backslash
   base::Log("dir\\file.cc", 6, 1, "n\n");
-  base::Log("plain.cc", 7, 1, "o\n");
-  EXPECT_EQ(log.Text(), "b\\c.cc:5[1] m\nfile.cc:6[1] n\nplain.cc:7[1] o\n");
-}
-
-TEST(LogTest, FailedCheckNamesFunctionLineAndCondition) {
-  ovui_test::LogCapture log;
   EXPECT_TRUE(FailingCheck(1));
-  EXPECT_EQ(log.Text(), "");
   EXPECT_FALSE(FailingCheck(5));
   const std::string line = std::to_string(g_check_line);
-  EXPECT_EQ(log.Text(), "log_test.cc:" + line + "[2] FailingCheck:" + line + " index < 3\n");
+  EXPECT_EQ(log.Text(), "b\\c.cc:5[1] m\nfile.cc:6[1] n\nlog_test.cc:" + line +
+                            "[2] FailingCheck:" + line + " index < 3\n");
 }

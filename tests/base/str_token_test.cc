@@ -2,53 +2,34 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
 #include "support/log_capture.h"
 
-namespace {
-
 using Tokens = std::vector<std::string>;
 
-bool Collect(void* ctx, const std::string& token) {
+static bool Collect(void* ctx, const std::string& token) {
   static_cast<Tokens*>(ctx)->push_back(token);
   return true;
 }
 
-}  // namespace
-
-TEST(StrToTokensTest, SeparatorsAndDelimiters) {
-  const struct {
-    const char* text;
-    const char* separators;
-    const char* delimiters;
-    Tokens tokens;
-  } cases[] = {
-      {"", " ", "", {}},
-      {"  a  bc\td ", " ", "", {"a", "bc\td"}},  // only the given separators split
-      {"a=b,c", " ", ",=", {"a", "=", "b", ",", "c"}},
-      {"x , =", " ", ",=", {"x", ",", "="}},
-      {"a;b c", "; ", "", {"a", "b", "c"}},
-      {"a b,c", nullptr, nullptr, {"a", "b,c"}},  // null sets: " " and none
-  };
-  for (const auto& c : cases) {
-    Tokens from_string, from_pointer;
-    EXPECT_TRUE(
-        base::StrToTokens(std::string(c.text), Collect, &from_string, c.separators, c.delimiters));
-    EXPECT_TRUE(base::StrToTokens(c.text, Collect, &from_pointer, c.separators, c.delimiters));
-    EXPECT_EQ(from_string, c.tokens) << '"' << c.text << '"';
-    EXPECT_EQ(from_pointer, c.tokens) << '"' << c.text << '"';
-  }
-
-  Tokens tokens;  // a NUL byte never matches a set
-  base::StrToTokens(std::string("a\0b c", 5), Collect, &tokens);
-  EXPECT_EQ(tokens, (Tokens{std::string("a\0b", 3), "c"}));
+static Tokens Split(const std::string& text, const char* separators, const char* delimiters) {
+  Tokens from_string, from_pointer;
+  EXPECT_TRUE(base::StrToTokens(text, Collect, &from_string, separators, delimiters));
+  EXPECT_TRUE(base::StrToTokens(text.c_str(), Collect, &from_pointer, separators, delimiters));
+  EXPECT_EQ(from_string, from_pointer) << text;  // the overloads must agree
+  return from_string;
 }
 
-TEST(StrToTokensTest, NullTextOrCallbackIsLoggedAndRefused) {
+TEST(StrToTokensTest, SplitsAndRefusesNulls) {
+  EXPECT_EQ(Split("  a  bc\td ", " ", ""), (Tokens{"a", "bc\td"}));  // only the given ones split
+  EXPECT_EQ(Split("a=b ,c;=", " ;", ",="), (Tokens{"a", "=", "b", ",", "c", "="}));
+  EXPECT_EQ(Split("a b,c", nullptr, nullptr), (Tokens{"a", "b,c"}));  // " " and none
+  Tokens tokens;  // a NUL byte never matches a set
+  EXPECT_TRUE(base::StrToTokens(std::string("a\0b c", 5), Collect, &tokens));
+  EXPECT_EQ(tokens, (Tokens{std::string("a\0b", 3), "c"}));
+
   ovui_test::LogCapture log;
-  Tokens tokens;
   EXPECT_FALSE(base::StrToTokens(static_cast<const char*>(nullptr), Collect, &tokens));
   EXPECT_TRUE(log.HasFailedCheck("StrToTokens", "p != NULL && on_token != NULL"));
   log.Clear();

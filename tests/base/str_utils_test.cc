@@ -3,48 +3,32 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
+#include <vector>
 
 #include "support/log_capture.h"
 
 using base::StrUtils;
 
-TEST(StrUtilsTest, NumbersBothWays) {
-  EXPECT_EQ(StrUtils::FromInt(-42), "-42");
-  EXPECT_EQ(StrUtils::FromFloat(1.5f), "1.500000");
-  EXPECT_EQ(StrUtils::ToInt("12"), 12);
-  EXPECT_EQ(StrUtils::ToInt("0x1F"), 31);
-  EXPECT_EQ(StrUtils::ToInt("0X1f"), 31);
-  EXPECT_EQ(StrUtils::ToInt("10x5"), 0);  // marker found anywhere, first two chars skipped
-  EXPECT_EQ(StrUtils::ToInt(static_cast<const char*>(nullptr)), 0);
-  EXPECT_FLOAT_EQ(StrUtils::ToFloat("2.25"), 2.25f);
+static std::string Dup(const char* s, unsigned n) {
+  return std::unique_ptr<char, void (*)(void*)>(StrUtils::Dup(s, n), std::free).get();
 }
 
-TEST(StrUtilsTest, PrefixReplaceAndCase) {
-  EXPECT_TRUE(StrUtils::StartWith("binding.value", "binding."));
-  EXPECT_TRUE(StrUtils::StartWith("abc", ""));
-  EXPECT_FALSE(StrUtils::StartWith("xabc", "abc"));
+TEST(StrUtilsTest, ConversionsCopiesAndReplace) {
+  const auto num = [](const char* s) { return StrUtils::ToInt(s); };
+  EXPECT_EQ((std::vector<int>{num("12"), num("0x1F"), num("0X1f"), num("10x5"), num(nullptr)}),
+            (std::vector<int>{12, 31, 31, 0, 0}));  // "0x" anywhere: hex after two chars
+  const std::vector<std::string> texts = {StrUtils::FromInt(-42),
+                                          StrUtils::FromFloat(StrUtils::ToFloat("2.25")),
+                                          StrUtils::ToLower("MiXeD 1"), StrUtils::ToUpper("MiXeD")};
+  EXPECT_EQ(texts, (std::vector<std::string>{"-42", "2.250000", "mixed 1", "MIXED"}));
+  EXPECT_TRUE(StrUtils::StartWith("ab", "a") && !StrUtils::StartWith("xab", "ab"));
+  EXPECT_EQ((std::vector<std::string>{Dup("abcdef", 3), Dup("abcdef", 0), Dup("abc", 99)}),
+            (std::vector<std::string>{"abc", "abcdef", "abc"}));  // n = 0 copies all
 
-  std::string s = "a-b-c";
-  EXPECT_EQ(&StrUtils::Replace(s, "-", "--"), &s);
-  EXPECT_EQ(s, "a--b--c");  // resumes after each insertion
-  std::string t = "aaa";
-  EXPECT_EQ(StrUtils::Replace(t, "", "x"), "aaa");
-
-  EXPECT_EQ(StrUtils::ToLower("MiXeD 1"), "mixed 1");
-  EXPECT_EQ(StrUtils::ToUpper("MiXeD 1"), "MIXED 1");
-}
-
-TEST(StrUtilsTest, DupCopiesAndLogsNull) {
-  char* a = StrUtils::Dup("abcdef", 3);
-  char* b = StrUtils::Dup("abcdef", 0);
-  char* c = StrUtils::Dup("abc", 99);
-  EXPECT_STREQ(a, "abc");
-  EXPECT_STREQ(b, "abcdef");
-  EXPECT_STREQ(c, "abc");
-  std::free(a);
-  std::free(b);
-  std::free(c);
-
+  std::string s = "-a--b";
+  EXPECT_EQ(StrUtils::Replace(s, "-", "--"), "--a----b");  // resumes right after each insertion
+  EXPECT_EQ(StrUtils::Replace(s, "", "x"), "--a----b");
   ovui_test::LogCapture log;
   EXPECT_EQ(StrUtils::Dup(nullptr, 1), nullptr);
   EXPECT_TRUE(log.HasFailedCheck("Dup", "str != NULL"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <regex>
 #include <stdexcept>
 #include <thread>
 
@@ -10,88 +11,56 @@
 
 namespace {
 
+std::atomic<int> g_steps{0};
+
+// Takes two steps, unless passed its own Thread, which it kills in between.
+void* TwoSteps(void* thread) {
+  ++g_steps;
+  if (thread) static_cast<base::Thread*>(thread)->Kill();
+  ++g_steps;
+  return nullptr;
+}
+
 void* Throwing(void*) {
   throw std::runtime_error("boom");
 }
 
-void* Count(void* arg) {
-  ++*static_cast<std::atomic<int>*>(arg);
-  return nullptr;
-}
-
-struct KillContext {
-  base::Thread* thread;
-  std::atomic<bool> after_kill{false};
-};
-
-void* KillSelf(void* arg) {
-  auto* ctx = static_cast<KillContext*>(arg);
-  ctx->thread->Kill();
-  ctx->after_kill = true;  // never reached
-  return nullptr;
-}
-
 }  // namespace
 
-TEST(ThreadTest, RunsTheFunctionAndJoins) {
+TEST(ThreadTest, RunsKillsAndLogs) {
   ovui_test::LogCapture log;
-  std::atomic<int> counter{0};
   base::Thread t;
   EXPECT_FALSE(t.Start(nullptr, nullptr));
   EXPECT_TRUE(log.HasFailedCheck("Start", "func != NULL"));
-  ASSERT_TRUE(t.Start(&Count, &counter));
-  EXPECT_TRUE(t.Join());
-  EXPECT_EQ(counter, 1);
-  EXPECT_FALSE(t.IsRunning());
-  EXPECT_TRUE(t.Join());  // idle: at once
-  EXPECT_NE(log.Text().find("[0] Thread Enter\n"), std::string::npos);
-
-  ASSERT_TRUE(t.Start(&Count, &counter));  // reusable
-  EXPECT_TRUE(t.Join());
-  EXPECT_EQ(counter, 2);
-}
-
-TEST(ThreadTest, AThrowingFunctionIsLoggedAndStillExits) {
-  ovui_test::LogCapture log;
-  base::Thread t;
-  ASSERT_TRUE(t.Start(&Throwing, nullptr));
-  t.Join();
-  EXPECT_FALSE(t.IsRunning());
-  const std::string text = log.Text();
-  const size_t exception = text.find("[2] Thread Exception.\n");
-  ASSERT_NE(exception, std::string::npos);
-  EXPECT_NE(text.find("[0] Thread Exit\n", exception), std::string::npos);
-}
-
-TEST(ThreadTest, KillEndsOnlyTheCallingThread) {
-  ovui_test::LogCapture log;
-  base::Thread idle;
-  EXPECT_FALSE(idle.Kill());
+  EXPECT_FALSE(t.Kill());  // idle: there is no thread to end
   EXPECT_TRUE(log.HasFailedCheck("Kill", "this->running"));
 
-  base::Thread t;
-  KillContext ctx{&t};
-  ASSERT_TRUE(t.Start(&KillSelf, &ctx));
+  ASSERT_TRUE(t.Start(&TwoSteps, nullptr));
   EXPECT_TRUE(t.Join());
-  EXPECT_FALSE(ctx.after_kill);
+  EXPECT_EQ(g_steps, 2);
+  ASSERT_TRUE(t.Start(&TwoSteps, &t));  // reusable; Kill ends the thread it runs on
+  EXPECT_TRUE(t.Join());
+  EXPECT_EQ(g_steps, 3);
   EXPECT_FALSE(t.IsRunning());
+  EXPECT_TRUE(t.Join());  // idle: at once
+
+  log.Clear();
+  ASSERT_TRUE(t.Start(&Throwing, nullptr));
+  EXPECT_TRUE(t.Join());
+  const std::regex logged(R"(\[2\] Thread Exception\.\n.*\[0\] Thread Exit\n)");
+  EXPECT_TRUE(std::regex_search(log.Text(), logged)) << log.Text();
 }
 
 TEST(MutexTest, IsRecursiveAndExcludesOtherThreads) {
   base::Mutex m;
   EXPECT_TRUE(m.Lock());
-  EXPECT_TRUE(m.Lock());  // same thread again
-  std::atomic<bool> other_got_it{false};
-  std::thread other([&] {
-    m.Lock();
-    other_got_it = true;
-    m.Unlock();
-  });
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  EXPECT_FALSE(other_got_it);
+  EXPECT_TRUE(m.Lock());  // the same thread again
+  std::atomic<bool> other_done{false};
+  std::thread other([&] { other_done = m.Lock() && m.Unlock(); });
   EXPECT_TRUE(m.Unlock());
-  EXPECT_FALSE(other_got_it);  // still held once
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_FALSE(other_done);  // still held once
   EXPECT_TRUE(m.Unlock());
   other.join();
-  EXPECT_TRUE(other_got_it);
+  EXPECT_TRUE(other_done);
 }

@@ -3,10 +3,11 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <regex>
-#include <sstream>
 
 #include "base/log.h"
 
@@ -14,8 +15,7 @@ namespace ovui_test {
 
 LogCapture::LogCapture(int min_level) : min_level(min_level) {
   char name[] = "/tmp/ovui-log-XXXXXX";
-  int fd = mkstemp(name);
-  if (fd >= 0) close(fd);
+  close(mkstemp(name));  // only the unique name is needed
   path = name;
   base::LogInit(path.c_str(), min_level);
 }
@@ -26,30 +26,21 @@ LogCapture::~LogCapture() {
 }
 
 std::string LogCapture::Text() const {
-  base::LogDeinit();  // flushes; reopened below so later lines still land
-  std::ifstream in(path);
-  std::stringstream ss;
-  ss << in.rdbuf();
-  base::LogInit(path.c_str(), min_level);
-  return ss.str();
+  base::LogInit(path.c_str(), min_level);  // reopening flushes what was written so far
+  return std::string(std::istreambuf_iterator<char>(std::ifstream(path).rdbuf()), {});
 }
 
 bool LogCapture::HasFailedCheck(const std::string& function, const std::string& condition) const {
   static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
   const auto quote = [](const std::string& s) { return std::regex_replace(s, special, R"(\$&)"); };
   // The line number appears twice: in the prefix and after the function name.
-  const std::regex line_re("^[^:]+:(\\d+)\\[2\\] " + quote(function) + ":\\1 " + quote(condition) +
-                           "$");
-  std::istringstream lines(Text());
-  for (std::string line; std::getline(lines, line);) {
-    if (std::regex_match(line, line_re)) return true;
-  }
-  return false;
+  const std::regex line("(?:^|\n)[^:\n]+:(\\d+)\\[2\\] " + quote(function) + ":\\1 " +
+                        quote(condition) + "(?:\n|$)");
+  return std::regex_search(Text(), line);
 }
 
 void LogCapture::Clear() {
-  base::LogDeinit();
-  std::ofstream(path, std::ios::trunc);
+  std::remove(path.c_str());  // reopening flushes into the removed file and starts a new one
   base::LogInit(path.c_str(), min_level);
 }
 
