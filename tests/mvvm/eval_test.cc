@@ -5,12 +5,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <initializer_list>
-#include <limits>
 #include <map>
 #include <string>
-
-#include "base/file_utils.h"
 
 using vm::EvalValue;
 
@@ -19,101 +17,80 @@ namespace {
 // Variables from a map, then the constants.
 using Vars = std::map<std::string, EvalValue>;
 int MapVariable(void* ctx, const std::string& name, EvalValue& out) {
-  auto* vars = static_cast<Vars*>(ctx);
-  auto it = vars->find(name);
-  if (it == vars->end()) return vm::EvalDefaultVariable(nullptr, name, out);
-  out = it->second;
+  const Vars& vars = *static_cast<Vars*>(ctx);
+  if (!vars.count(name)) return vm::EvalDefaultVariable(nullptr, name, out);
+  out = vars.at(name);
   return 0;
 }
 
-// The outcome as one text: a number exactly (shortest round trip), a string in
-// single quotes, an error as its text in angle brackets.
-std::string Show(const std::string& expr, Vars vars = {}) {
+// A number exactly (shortest round trip), a string in single quotes, an error as <its text>.
+std::string Show(const vm::EvalProgram& p, Vars vars) {
   EvalValue r;
-  if (int code = vm::Eval(expr, MapVariable, &vars, r))
-    return std::string("<") + vm::EvalErrorText(code) + ">";
+  if (int e = p.Run(MapVariable, &vars, r)) return "<" + std::string(vm::EvalErrorText(e)) + ">";
   if (r.IsString()) return "'" + r.Str() + "'";
   char buf[32];
   return std::string(buf, std::to_chars(buf, buf + sizeof(buf), r.Number()).ptr);
 }
 
-// Each case is "<expression> -> <outcome as Show gives it>".
-void ExpectShown(std::initializer_list<std::string> cases, const Vars& vars = {}) {
+// Each case is "<expression> -> <outcome as Show gives it>", over these variables.
+const std::string kLongest(63, 'n');
+void ExpectShown(std::initializer_list<std::string> cases) {
+  const Vars vars{{"a", EvalValue(6.0)},  {"a/b", EvalValue(1.0)},    {"x", EvalValue(3.0)},
+                  {"/x", EvalValue(5.0)}, {kLongest, EvalValue(1.0)}, {"strlen", EvalValue(4.0)}};
   for (const std::string& c : cases) {
     const size_t arrow = c.rfind(" -> ");
-    EXPECT_EQ(Show(c.substr(0, arrow), vars), c.substr(arrow + 4)) << c;
+    EXPECT_EQ(Show(*vm::EvalProgram::Compile(c.substr(0, arrow)), vars), c.substr(arrow + 4)) << c;
   }
+}
+
+std::string Nest(int n, const std::string& open, const std::string& inner = "4") {
+  return n ? open + Nest(n - 1, open, inner) + ")" : inner;
 }
 
 }  // namespace
 
-TEST(EvalTest, TwoBinaryLevelsWithComparisonsBindingTighterThanSums) {
+// Two left-to-right levels, comparisons above sums. Prefixes toggle; "!" applies last.
+TEST(EvalTest, PrecedencePrefixesAndNumberOperators) {
   ExpectShown({"2 * 3 + 1 -> 7", "1 + 2 * 3 -> 7", "1 + 2 > 2 -> 1", "2 > 1 + 1 -> 2",
-               "1 > 0 * 5 -> 5",  // (1 > 0) * 5: one level, left to right
-               "10 - 2 - 3 -> 5", "8 / 4 / 2 -> 1", "(1 + 2) > 2 -> 1", "1 = 1 -> 1",
-               "1 == 1 && 2 != 3 -> 1"});
-}
-
-TEST(EvalTest, PrefixOperatorsToggle) {
-  ExpectShown({"--3 -> 3", "- - -3 -> -3", "!!5 -> 5", "!0 + !7 -> 1",
-               "-!0 -> 1",  // "!" applies last whatever the written order
-               "~0 -> 4294967295", "~-1 -> 0", "-2 * -(1 + 2) -> 6", "+1 -> <expected term>"});
-}
-
-TEST(EvalTest, Literals) {
-  ExpectShown({".5 -> 0.5", "0.1 -> 0.1", "1.5e3 -> 1500", "2E+2 -> 200", "25e-1 -> 2.5",
-               "1e-400 -> 0", "0e999 -> 0", "1e309 -> <literal out-of-range>", R"("a\"b" -> 'a"b')",
-               R"("a\\b" -> 'a\b')", R"("a\nb" -> 'anb')", R"("" -> '')"});
-  for (const char* bad : {"1.", ".", "1.e5", "1e", "1e+", "2 + 3.x", R"("abc)", R"("abc\)"})
-    EXPECT_EQ(Show(bad), "<invalid literal>") << bad;
-}
-
-TEST(EvalTest, NamesAndSlashes) {
-  ExpectShown({"$a/b -> 1",    // a name runs on over "/"
-               "$a / 2 -> 3",  // after an operand "/" divides
-               "6 /x -> 2",
-               "/x -> 5",  // where an operand is expected it starts a name
-               "\t$a\n*\r2 -> 12"},
-              {{"a", EvalValue(6.0)},
-               {"a/b", EvalValue(1.0)},
-               {"x", EvalValue(3.0)},
-               {"/x", EvalValue(5.0)}});
-  const std::string n63(63, 'n'), n64(64, 'n');
-  ExpectShown({n63 + " + $" + n63 + " -> 2"}, {{n63, EvalValue(1.0)}});
-  ExpectShown({n64 + " -> <name too long>", "$" + n64 + " -> <name too long>"});
-}
-
-TEST(EvalTest, NumbersOperators) {
+               "1 > 0 * 5 -> 5", "10 - 2 - 3 -> 5", "8 / 4 / 2 -> 1", "(1 + 2) > 2 -> 1",
+               "1 = 1 -> 1", "1 == 1 && 2 != 3 -> 1", "--3 -> 3", "!!5 -> 5", "!0 + !7 -> 1",
+               "-!0 -> 1", "~0 -> 4294967295", "-2 * -(1 + 2) -> 6", "+1 -> <expected term>"});
   ExpectShown({"NAN == NAN -> 0", "NAN != NAN -> 1", "5 & 3 -> 1", "5 | 2.9 -> 7",
                "-1 | 0 -> 4294967295", "2 || 0 -> 1", "NAN && 1 -> 1", "1 / 0 -> inf",
-               "PI -> 3.1415927410125732", "$PI -> 3.1415927410125732", "NAN -> nan",
-               "pi -> <undefined variable>"});
+               "PI -> 3.1415927410125732", "NAN -> nan", "pi -> <undefined variable>",
+               "-INFINITY -> -inf"});
 }
 
-TEST(EvalTest, MixingStringsAndNumbers) {
+// A name runs on over "/", which divides after an operand and starts a name where one is expected.
+TEST(EvalTest, LiteralsAndNames) {
+  ExpectShown({".5 -> 0.5", "0.1 -> 0.1", "1.5e3 -> 1500", "2E+2 -> 200", "25e-1 -> 2.5",
+               "1e-400 -> 0", "0e999 -> 0", "1e309 -> <literal out-of-range>", R"("a\"b" -> 'a"b')",
+               R"("a\\b" -> 'a\b')", R"("a\nb" -> 'anb')", R"("" -> '')", "$strlen -> 4"});
+  for (const char* bad : {"1.", ".", "1.e5", "1e", "1e+", "2 + 3.x", R"("abc)", R"("abc\)"})
+    ExpectShown({bad + std::string(" -> <invalid literal>")});
+  ExpectShown({"$a/b -> 1", "$a / 2 -> 3", "6 /x -> 2", "/x -> 5", "\t$a\n*\r2 -> 12",
+               kLongest + " + $" + kLongest + " -> 2", kLongest + "n -> <name too long>"});
+}
+
+// "+", comparisons, "||" and "&&" take strings as text, the other operators as numbers.
+TEST(EvalTest, StringsAndFunctions) {
   ExpectShown({R"("a" + 1 -> 'a1')", R"(1 + "a" + "b" -> '1ab')", R"("x" + 2.5 -> 'x2.500000')",
-               R"("x" + -2 -> 'x4294967294')",
-               R"("10" > 9 -> 0)",  // compared as text
-               R"(2.5 == "2.5" -> 0)", R"("abc" == "abc" -> 1)", R"("b" > "a" -> 1)",
-               R"("" || 0 -> 1)",  // "0" is non-empty text
-               R"("" && "a" -> 0)", R"("6" * 2 - "2" / "2" -> 11)", R"("12" | 1 -> 13)",
-               R"(-"3" -> -3)", R"(!"" + !"a" -> 1)"});
-}
-
-TEST(EvalTest, BuiltinFunctions) {
-  std::string cwd = base::FileUtils::GetCWD();
-  cwd.back() = '/';
+               R"("x" + -2 -> 'x4294967294')", R"("10" > 9 -> 0)", R"(2.5 == "2.5" -> 0)",
+               R"("abc" == "abc" -> 1)", R"("" || 0 -> 1)", R"("" && "a" -> 0)",
+               R"("6" * 2 - "2" / "2" -> 11)", R"("12" | 1 -> 13)", R"(-"3" -> -3)",
+               R"(!"" + !"a" -> 1)", "strlen + 1 -> <expected open bracket>"});
   ExpectShown({R"(strlen("abc") -> 3)", "strlen(12) + strlen(2.5) -> 10", "string(7) -> '7'",
                "string(-2) -> '4294967294'", R"(string("s") -> 's')",
                R"(toupper("aBc1") + tolower("XyZ") -> 'ABC1xyz')", "int(-2.7) + int(2.7) -> 0",
                "round(2.5) -> 3", "round(-2.5) -> -3", "floor(-1.5) + ceil(-1.5) -> -3",
                R"(sqrt("16") + log10(1000) + cos(0) + exp(0) -> 9)", R"(path("/x\\y") -> '/x/y')",
-               R"(path("a\\b") -> ')" + cwd + "a/b'", "SIN(0) -> <undefined function>",
-               "strlen + 1 -> <expected open bracket>"});
-  ExpectShown({"$strlen -> 4"}, {{"strlen", EvalValue(4.0)}});
+               R"(path("a\\b") -> ')" + std::filesystem::current_path().string() + "/a/b'",
+               "SIN(0) -> <undefined function>",
+               "sin(0) + tan(0) + asin(0) + atan(0) + acos(1) + log(100) > 4 -> 1"});
 }
 
-TEST(EvalTest, ErrorTextsByCode) {
+// Errors come in text order, without short circuits. Nesting stops at eight, calls included.
+TEST(EvalTest, Errors) {
   std::string texts;
   for (int code = -1; code <= 13; ++code)
     texts += std::string(vm::EvalErrorText(code)) + "|";
@@ -121,50 +98,22 @@ TEST(EvalTest, ErrorTextsByCode) {
             "undefined error|ok|illegal character|invalid literal|literal out-of-range|"
             "name too long|unexpected character|expected term|stack overflow|undefined function|"
             "undefined variable|expected open bracket|expected close bracket||undefined error|");
-  ExpectShown({"1 2 -> <unexpected character>", " -> <expected term>"});
-}
-
-TEST(EvalTest, EightNestedLevelsAreAcceptedNineOverflow) {
-  auto nest = [](int n, const std::string& open, const std::string& inner = "4") {
-    std::string s;
-    for (int i = 0; i < n; ++i)
-      s += open;
-    return s + inner + std::string(n, ')');
-  };
-  ExpectShown({nest(8, "(") + " -> 4",
-               // Two pending operands on every level: the deepest operand stack there is.
-               nest(8, "1 + 2 * (", "1 + 2 * 4") + " -> 2559",
-               "sqrt" + nest(8, "(") + " -> 2",  // its argument brackets are the first level
-               nest(8, "sqrt(", "1") + " -> 1", nest(9, "(") + " -> <stack overflow>",
-               "sqrt" + nest(9, "(") + " -> <stack overflow>",
-               nest(9, "sqrt(") + " -> <stack overflow>"});
-}
-
-TEST(EvalTest, ErrorsComeInTextOrder) {
-  ExpectShown({"$unknown + (1 2 -> <undefined variable>",
-               "(1 2 + $unknown -> <expected close bracket>",
+  ExpectShown({"1 2 -> <unexpected character>", "$unknown + (1 2 -> <undefined variable>",
+               "(1 2 + $unknown -> <expected close bracket>", " -> <expected term>",
                "foo($unknown) -> <undefined variable>", "foo(1) @ -> <undefined function>",
-               "foo(1 @ -> <illegal character>",
-               "0 && $unknown -> <undefined variable>"});  // no short circuit
+               "foo(1 @ -> <illegal character>", "0 && $unknown -> <undefined variable>",
+               Nest(8, "(") + " -> 4", Nest(8, "1 + 2 * (", "1 + 2 * 4") + " -> 2559",
+               "sqrt" + Nest(8, "(") + " -> 2", Nest(8, "sqrt(", "1") + " -> 1",
+               Nest(9, "(") + " -> <stack overflow>", Nest(9, "sqrt(") + " -> <stack overflow>"});
 }
 
-TEST(EvalTest, CompiledProgramRunsWithDifferentVariables) {
+TEST(EvalTest, ProgramsRerunWithNewVariablesAndHandlers) {
   auto program = vm::EvalProgram::Compile("$a * 2 + $b > 10");
-  Vars vars{{"a", EvalValue(3.0)}, {"b", EvalValue(20.0)}};
-  EvalValue r;
-  ASSERT_EQ(program->Run(MapVariable, &vars, r), 0);
-  EXPECT_EQ(r.Number(), 7);
-  vars["a"] = EvalValue(1.0);
-  vars["b"] = EvalValue(std::string("5"));  // "5" > 10 compares as text
-  ASSERT_EQ(program->Run(MapVariable, &vars, r), 0);
-  EXPECT_EQ(r.Number(), 3);
-  vars.erase("a");
-  r = EvalValue(42.0);
-  EXPECT_EQ(program->Run(MapVariable, &vars, r), vm::EVAL_UNDEFINED_VARIABLE);
-  EXPECT_EQ(r.Number(), 42);  // untouched on error
-}
+  EXPECT_EQ(Show(*program, {{"a", EvalValue(3.0)}, {"b", EvalValue(20.0)}}), "7");
+  EXPECT_EQ(Show(*program, {{"a", EvalValue(1.0)}, {"b", EvalValue(std::string("5"))}}), "3");
+  EXPECT_EQ(Show(*program, {{"b", EvalValue(1.0)}}), "<undefined variable>");
 
-TEST(EvalTest, HandlersGetTheContextAndPassTheirErrorsThrough) {
+  // Handlers get the context; their own error codes pass through.
   auto twice = [](void* ctx, const std::string& name, EvalValue& v) {
     ++*static_cast<int*>(ctx);
     if (name != "twice") return vm::EvalDefaultFunction(nullptr, name, v);
@@ -174,22 +123,21 @@ TEST(EvalTest, HandlersGetTheContextAndPassTheirErrorsThrough) {
   auto refuse = [](void*, const std::string&, EvalValue&) { return 42; };
   int calls = 0;
   EvalValue r;
-  auto program = vm::EvalProgram::Compile("twice(sqrt(9)) + twice(1)");
+  program = vm::EvalProgram::Compile("twice(sqrt(9)) + twice(1)");
   ASSERT_EQ(program->Run(nullptr, twice, &calls, r), 0);
-  EXPECT_EQ(r.Number(), 8);
-  EXPECT_EQ(calls, 3);
+  EXPECT_EQ(std::make_pair(r.Number(), calls), std::make_pair(8.0, 3));
   EXPECT_EQ(program->Run(refuse, refuse, nullptr, r), 42);
   EXPECT_EQ(vm::Eval("$x", refuse, nullptr, r), 42);
+  EXPECT_EQ(r.Number(), 8);  // untouched on error
 }
 
+// A double only above its truncation (-2.5 gives the integer -2); the conversion saturates.
 TEST(EvalTest, ResultRuleForValues) {
-  const double inf = std::numeric_limits<double>::infinity();
-  // A double only when above its truncation: 2.5 stays, -2.5 becomes the integer -2.
   const std::pair<EvalValue, base::Value> cases[] = {
-      {EvalValue(2.5), 2.5},        {EvalValue(-2.5), -2},
-      {EvalValue(7.0), 7},          {EvalValue(-0.5), 0},
-      {EvalValue(std::nan("")), 0}, {EvalValue(1e300), INT64_MAX},
-      {EvalValue(-inf), INT64_MIN}, {EvalValue(std::string("a1")), "a1"}};
+      {EvalValue(2.5), 2.5},         {EvalValue(-2.5), -2},
+      {EvalValue(7.0), 7},           {EvalValue(-0.5), 0},
+      {EvalValue(std::nan("")), 0},  {EvalValue(-HUGE_VAL), INT64_MIN},
+      {EvalValue(1e300), INT64_MAX}, {EvalValue(std::string("a1")), "a1"}};
   for (const auto& [result, expected] : cases) {
     base::Value v;
     vm::EvalResultToValue(result, v);

@@ -2,57 +2,33 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include <vector>
 
-vm::MenuData* Entry(const std::string& text, const std::string& command = "") {
-  auto* e = new vm::MenuData();
-  e->text = text;
-  e->command = command;
-  return e;
-}
-
-}  // namespace
-
-TEST(MenuDataTest, CloneIsDeepAndReplacesChildren) {
-  vm::MenuData source;
-  source.text = "root";
-  source.icon = ":/root.png";
-  auto* sub = Entry("More");
-  sub->AddChild(Entry("Deep", "deep"));
-  source.AddChild(Entry("Open", "open"));
-  source.AddChild(sub);
-
-  vm::MenuData copy;
-  copy.AddChild(Entry("old"));
+// Shared entries would be released twice, which the sanitizers report.
+TEST(MenuDataTest, CloneIsDeepAndReplacesChildrenEvenFromItsOwnChild) {
+  vm::MenuData source, copy;
+  auto *sub = new vm::MenuData(), *deep = new vm::MenuData();
+  source.text = "root", sub->text = "More", sub->icon = "i", deep->command = "deep";
+  sub->AddChild(deep), source.AddChild(sub);
+  copy.AddChild(new vm::MenuData());
   copy.Clone(source);
-  ASSERT_EQ(copy.GetChilds().size(), 2u);
-  EXPECT_EQ(copy.text, "root");
-  EXPECT_EQ(copy.icon, ":/root.png");
-  EXPECT_EQ(copy.GetChilds()[0]->command, "open");
-  EXPECT_NE(copy.GetChilds()[1], sub);
-  ASSERT_EQ(copy.GetChilds()[1]->GetChilds().size(), 1u);
-  EXPECT_EQ(copy.GetChilds()[1]->GetChilds()[0]->command, "deep");
-
-  copy.Clone(copy);  // onto itself: unchanged
-  EXPECT_EQ(copy.GetChilds().size(), 2u);
-  copy.Clone(*copy.GetChilds()[1]);  // from one of its own children
-  EXPECT_EQ(copy.text, "More");
+  copy.Clone(copy);  // onto itself: nothing happens
   ASSERT_EQ(copy.GetChilds().size(), 1u);
-  EXPECT_EQ(copy.GetChilds()[0]->text, "Deep");
+  EXPECT_NE(copy.GetChilds()[0], sub);
+  EXPECT_EQ(copy.text, "root");
+  copy.Clone(*copy.GetChilds()[0]);
+  EXPECT_EQ(copy.text + copy.icon + copy.GetChilds().at(0)->command, "Moreideep");
 }
 
 TEST(MenuDataTest, RemoveAndClearReleaseChildren) {
   vm::MenuData menu;
-  auto* kept = Entry("kept");
+  auto* kept = new vm::MenuData();
   kept->AddRef();  // held by the test as well
-  menu.AddChild(Entry("a"));
-  menu.AddChild(kept);
-  EXPECT_FALSE(menu.Remove(static_cast<unsigned>(menu.GetChilds().size())));
-  EXPECT_EQ(menu.GetChilds().size(), 2u);
+  menu.AddChild(new vm::MenuData()), menu.AddChild(kept);
+  EXPECT_FALSE(menu.Remove(2));  // out of range
   EXPECT_TRUE(menu.Remove(0));
-  EXPECT_EQ(menu.GetChilds()[0], kept);
+  EXPECT_EQ(menu.GetChilds(), std::vector<vm::MenuData*>{kept});
   menu.Clear();
-  EXPECT_TRUE(menu.GetChilds().empty());
   EXPECT_EQ(kept->RefCount(), 1);
   kept->Release();
 }
