@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <unordered_map>
 
 #include "base/file_utils.h"
 
@@ -666,6 +667,17 @@ std::shared_ptr<const EvalProgram> EvalProgram::Compile(const std::string& expr)
   std::shared_ptr<EvalProgram> program(new EvalProgram);
   Compiler(expr, *program).Compile();
   return program;
+}
+
+std::shared_ptr<const EvalProgram> EvalProgram::Cached(const std::string& expr) {
+  constexpr size_t kMaxCached = 4096;
+  thread_local std::unordered_map<std::string, std::shared_ptr<const EvalProgram>> cache;
+  auto iter = cache.find(expr);
+  if (iter != cache.end()) return iter->second;
+  // Bounded crudely: expressions come from forms, so a full cache means
+  // texts built at run time; starting afresh is cheap.
+  if (cache.size() >= kMaxCached) cache.clear();
+  return cache.emplace(expr, Compile(expr)).first->second;
 }
 
 int EvalProgram::Run(EvalVariableHandler variables, EvalFunctionHandler functions, void* ctx,

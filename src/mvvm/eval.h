@@ -155,6 +155,10 @@ int EvalDefaultFunction(void* ctx, const std::string& name, EvalValue& value);
 class EvalProgram {
  public:
   static std::shared_ptr<const EvalProgram> Compile(const std::string& expr);
+  // The same, compiled once per thread and kept for the next call with the
+  // same text (computed properties re-evaluate the same few expressions on
+  // every update). The cache holds at most a few thousand programs.
+  static std::shared_ptr<const EvalProgram> Cached(const std::string& expr);
 
   // Evaluates with `variables` and the built-in functions. Returns 0 and sets
   // `result`, or returns an error code and leaves `result` untouched.

@@ -1,5 +1,6 @@
 #include "mvvm/model.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -175,6 +176,30 @@ bool Model::Prop::SetProp(Model* model, const base::Value& v) const {
   return true;
 }
 
+namespace {
+
+template <typename Props>
+auto LowerBound(Props& props, const std::string& name) {
+  return std::lower_bound(props.begin(), props.end(), name,
+                          [](const auto& entry, const std::string& n) { return entry.first < n; });
+}
+
+}  // namespace
+
+const Model::Prop* Model::FindProp(const std::string& name) const {
+  auto iter = LowerBound(this->props, name);
+  return iter != this->props.end() && iter->first == name ? &iter->second : nullptr;
+}
+
+Model::Prop& Model::Slot(const std::string& name) {
+  if (this->props.empty()) this->props.reserve(4);  // most models have a few
+  auto iter = LowerBound(this->props, name);
+  if (iter == this->props.end() || iter->first != name) {
+    iter = this->props.emplace(iter, name, Prop());
+  }
+  return iter->second;
+}
+
 bool Model::HasProp(const std::string& name) const {
   return FindProp(name) != nullptr;
 }
@@ -201,7 +226,7 @@ bool Model::SetPropW(const std::string& name, const Prop& p, const base::Value& 
 }
 
 bool Model::InstallProp(const std::string& name, Getter getter, Setter setter) {
-  Prop& p = this->props[name];
+  Prop& p = Slot(name);
   p = Prop();
   p.getter = getter;
   p.setter = setter;
@@ -211,7 +236,7 @@ bool Model::InstallProp(const std::string& name, Getter getter, Setter setter) {
 bool Model::InstallProp(const std::string& name, const std::string& type_name, void* addr,
                         unsigned size) {
   const char code = StorageCode(type_name, size);
-  Prop& p = this->props[name];
+  Prop& p = Slot(name);
   p = Prop();
   p.type = code;
   p.addr = addr;
@@ -220,7 +245,10 @@ bool Model::InstallProp(const std::string& name, const std::string& type_name, v
 }
 
 bool Model::UninstallProp(const std::string& name) {
-  return this->props.erase(name) != 0;
+  auto iter = LowerBound(this->props, name);
+  if (iter == this->props.end() || iter->first != name) return false;
+  this->props.erase(iter);
+  return true;
 }
 
 bool Model::UninstallAllProps() {

@@ -2,10 +2,11 @@
 #define OVUI_MVVM_MODEL_H_
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
+#include <vector>
 
 #include "mvvm/imodel.h"
 
@@ -81,15 +82,18 @@ class Model : public IModel {
   };
 
   // The record of `name`, or null: one lookup for subclasses that would
-  // otherwise ask HasProp first and look the name up again.
-  const Prop* FindProp(const std::string& name) const {
-    auto iter = this->props.find(name);
-    return iter == this->props.end() ? nullptr : &iter->second;
-  }
+  // otherwise ask HasProp first and look the name up again. The pointer is
+  // valid until a property is installed or uninstalled.
+  const Prop* FindProp(const std::string& name) const;
   // SetPropW's compare, write and announce over a record already found.
   bool SetPropW(const std::string& name, const Prop& p, const base::Value& v);
 
-  std::map<std::string, Prop> props;
+  // Sorted by name. One block per model rather than a node per property:
+  // a list of many rows would otherwise spend its time allocating nodes.
+  std::vector<std::pair<std::string, Prop>> props;
+
+ private:
+  Prop& Slot(const std::string& name);
 };
 
 }  // namespace vm

@@ -10,14 +10,14 @@ namespace {
 // Stores `obj` under `name`, adopting the caller's reference and releasing a
 // different object held there before.
 template <typename T>
-void Adopt(std::map<std::string, T*>& registry, const std::string& name, T* obj) {
+void Adopt(LazyMap<T*>& registry, const std::string& name, T* obj) {
   T*& slot = registry[name];
   if (slot && slot != obj) slot->Release();
   slot = obj;
 }
 
 template <typename T>
-bool Drop(std::map<std::string, T*>& registry, const std::string& name) {
+bool Drop(LazyMap<T*>& registry, const std::string& name) {
   auto iter = registry.find(name);
   if (iter == registry.end()) return false;
   T* obj = iter->second;
@@ -27,9 +27,10 @@ bool Drop(std::map<std::string, T*>& registry, const std::string& name) {
 }
 
 template <typename T>
-void DropAll(std::map<std::string, T*>& registry) {
+void DropAll(LazyMap<T*>& registry) {
+  if (registry.empty()) return;
   std::map<std::string, T*> old;
-  old.swap(registry);
+  registry.swap(old);
   for (auto& entry : old)
     base::SafeRelease(entry.second);
 }
@@ -94,7 +95,8 @@ bool ViewModel::Off(const std::string& type, events::EventListener* listener) {
 bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
   if (expr.find_first_of("$(") == std::string::npos) return GetPropW(expr, out);
   EvalValue result;
-  const int err = Eval(expr, &ResolveProperty, const_cast<ViewModel*>(this), result);
+  const int err =
+      EvalProgram::Cached(expr)->Run(&ResolveProperty, const_cast<ViewModel*>(this), result);
   if (err != EVAL_OK) {
     OVUI_LOG_FAILED(EvalErrorText(err));
     out.F64(0.0);

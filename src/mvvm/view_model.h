@@ -7,6 +7,7 @@
 #include "mvvm/icommand.h"
 #include "mvvm/iconverter.h"
 #include "mvvm/ivalidator.h"
+#include "mvvm/lazy_map.h"
 #include "mvvm/menu_data.h"
 #include "mvvm/model.h"
 
@@ -97,7 +98,7 @@ class ViewModel : public Model {
   bool SetSubViewModel(const std::string& name, ViewModel* vm);
   ViewModel* GetSubViewModel(const std::string& name) const;
   const std::map<std::string, ViewModel*>& GetAllSubViewModel() const {
-    return this->sub_view_models;
+    return this->sub_view_models.AsMap();
   }
 
   // Releases every registered object, sub view model and the model. Own
@@ -126,10 +127,10 @@ class ViewModel : public Model {
 
   IModel* model = nullptr;
   ViewModel* parent = nullptr;
-  std::map<std::string, ICommand*> commands;
-  std::map<std::string, IConverter*> converters;
-  std::map<std::string, IValidator*> validators;
-  std::map<std::string, ViewModel*> sub_view_models;
+  LazyMap<ICommand*> commands;
+  LazyMap<IConverter*> converters;
+  LazyMap<IValidator*> validators;
+  LazyMap<ViewModel*> sub_view_models;
 };
 
 }  // namespace vm

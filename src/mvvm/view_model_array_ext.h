@@ -73,6 +73,10 @@ class ViewModelArrayExt : public ViewModelArray {
   const std::string& GetFilterRule() const { return this->filter_rule; }
 
  protected:
+  // True when Compare is this class's own, so that Sort may read every key
+  // once instead of twice per comparison.
+  bool UsesDefaultCompare();
+
   using ViewModelArray::Add;
 
   bool HasRule() const { return !this->sort_rule.empty() || !this->filter_rule.empty(); }
