@@ -11,71 +11,47 @@
 #include "support/recording_listener.h"
 
 using base::Value;
-
-namespace {
-
-// Two rows; the cells are never read here.
-struct TwoRows : vm::ViewModelHTable {
-  unsigned int Size() const override { return 2; }
-  bool GetCell(unsigned int, const std::string&, Value&) const override { return false; }
-  bool SetCell(unsigned int, const std::string&, const Value&) override { return false; }
-};
-
-}  // namespace
+using Strings = std::vector<std::string>;
 
 TEST(ViewModelItemTest, IndexAndWritesAnnouncedOnTheRoot) {
-  auto* root = new vm::ViewModelArray();
-  auto* rows = new vm::ViewModelArray();
-  root->Add(rows);
+  ovui_test::RecordingListener heard;  // outlives the arrays, which hold references to it
+  auto *root = new vm::ViewModelArray(), *rows = new vm::ViewModelArray();
   auto* second = new vm::ViewModelItem();
   int x = 0;
   second->InstallProp("x", &x);
-  rows->Add(new vm::ViewModelItem());
-  rows->Add(second);
+  root->Add(rows), rows->Add(new vm::ViewModelItem()), rows->Add(second);
+  root->On("prop-changed", &heard);
   Value v;
-  EXPECT_TRUE(second->GetPropW("_index_", v));
+  EXPECT_TRUE(second->GetPropW("_index_", v) && second->SetPropW("x", Value(5)));
   EXPECT_EQ(v.I64(), 1);
-  EXPECT_EQ(second->GetType(), vm::ViewModel::VIEW_MODEL_ITEM);
-
-  auto* listener = new ovui_test::RecordingListener();
-  root->On("prop-changed", listener);
-  EXPECT_TRUE(second->SetPropW("x", Value(5)));
-  EXPECT_EQ(listener->events,
-            std::vector<std::string>{"prop-changed:kind=PropChange name=x old=5 value=5 "});
-  EXPECT_FALSE(second->SetPropW("missing", Value(1)));
-  EXPECT_EQ(listener->events.size(), 1u);
+  EXPECT_FALSE(second->SetPropW("missing", Value(1)));  // refused: not announced
+  EXPECT_EQ(heard.events, Strings{"prop-changed:kind=PropChange name=x old=5 value=5 "});
+  root->Release();
 
   ovui_test::LogCapture log;
-  vm::ViewModelItem loose;
-  EXPECT_EQ(loose.GetIndex(), -1);
+  EXPECT_EQ(vm::ViewModelItem().GetIndex(), -1);  // without a list
   EXPECT_TRUE(log.HasFailedCheck("GetIndex", "parent != NULL"));
-  listener->Release();
-  root->Release();
 }
 
 TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
+  struct TwoRows : vm::ViewModelHTable {  // whose cells are never read here
+    unsigned int Size() const override { return 2; }
+    bool GetCell(unsigned int, const std::string&, Value&) const override { return false; }
+    bool SetCell(unsigned int, const std::string&, const Value&) override { return false; }
+  };
+  ovui_test::RecordingListener heard;  // outlives the table, which holds a reference to it
   TwoRows table;
-  auto* listener = new ovui_test::RecordingListener();
   for (const char* type : {"before-item-add", "item-add", "before-item-remove", "item-remove",
-                           "update", "current-changed"}) {
-    table.On(type, listener);
-  }
-  EXPECT_TRUE(table.SetPropW("_current_", Value(1)));
+                           "update", "current-changed"})
+    table.On(type, &heard);
   ovui_test::LogCapture log;
+  EXPECT_TRUE(table.SetPropW("_current_", Value(1)));
   EXPECT_FALSE(table.SetCurrent(2));
   EXPECT_TRUE(log.HasFailedCheck("SetCurrent", "index < this->Size()"));
-  Value v;
-  table.GetPropW("_current_", v);
-  EXPECT_EQ(v.I64(), 1);  // kept
-
-  table.BeforeAdd(2, 3);
-  table.AfterAdd();
-  table.BeforeRemove(0, 0);
-  table.AfterRemove();
+  EXPECT_EQ(table.GetCurrent(), 1u);  // kept
+  table.BeforeAdd(2, 3), table.AfterAdd(), table.BeforeRemove(0, 0), table.AfterRemove();
   table.Update();
-  EXPECT_EQ(listener->events,
-            (std::vector<std::string>{"current-changed:value=1 ", "before-item-add:end=3 start=2 ",
-                                      "item-add:", "before-item-remove:end=0 start=0 ",
-                                      "item-remove:", "update:"}));
-  listener->Release();  // the table's emitter releases the rest
+  EXPECT_EQ(heard.events,
+            (Strings{"current-changed:value=1 ", "before-item-add:end=3 start=2 ",
+                     "item-add:", "before-item-remove:end=0 start=0 ", "item-remove:", "update:"}));
 }

@@ -3,157 +3,105 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "support/recording_listener.h"
 #include "support/toy_objects.h"
 
-using base::Value;
-using ovui_test::RecordingListener;
+using Strings = std::vector<std::string>;
 
 namespace {
 
-// A node named by its "name" property; a rule matches a substring of the name.
-class Node : public vm::ViewModelTreeExt {
- public:
+// Named by "name"; a rule matches part of the name. Notes each node tried in `visited`.
+struct Node : vm::ViewModelTreeExt {
   Node() { InstallProp("name", &this->name); }
   bool FilterOne(vm::ViewModel* node, const std::string& rule) override {
-    const std::string& seen = static_cast<Node*>(node)->name;
-    visited += seen + " ";
-    return seen.find(rule) != std::string::npos;
+    visited += static_cast<Node*>(node)->name + " ";
+    return static_cast<Node*>(node)->name.find(rule) != std::string::npos;
   }
-  std::string name;
-  std::string visited;
+  std::string Shown() {  // the visible tree below, as "(name(child)(child))(name)"
+    std::string out;
+    for (vm::ViewModel* item : GetItems())
+      out += "(" + static_cast<Node*>(item)->name + static_cast<Node*>(item)->Shown() + ")";
+    return out;
+  }
+  std::string name, visited;
 };
 
-Node* Child(vm::ViewModelArray* parent, const std::string& name, int* destroyed = nullptr) {
-  Node* node = new ovui_test::Tracked<Node>(destroyed);
-  node->name = name;
-  parent->Add(node);
-  return node;
-}
-
-// The visible tree below `node`, as "name(children) name".
-std::string Shown(vm::ViewModelArray* node) {
-  std::string out;
-  for (vm::ViewModel* child : node->GetItems()) {
-    auto* n = static_cast<Node*>(child);
-    out += (out.empty() ? "" : " ") + n->name + (n->Size() ? "(" + Shown(n) + ")" : "");
-  }
-  return out;
-}
-
-// The types of the events recorded so far, and forgets them.
-std::string Took(RecordingListener* l) {
-  std::string types;
-  for (const std::string& e : l->events)
-    types += e.substr(0, e.find(':')) + " ";
-  l->events.clear();
-  return types;
-}
-
+// root: (fruit(pear(seed)(tab))(plum))(box)(jam)(kebab), "kebab" selected last.
 struct TreeTest : testing::Test {
   TreeTest() {
-    root->name = "root";
-    Node* fruit = Child(root, "fruit", &destroyed);
-    pear = Child(fruit, "pear", &destroyed);
-    for (const char* name : {"seed", "tab"})
-      Child(pear, name, &destroyed);
-    Child(fruit, "plum", &destroyed);
-    for (const char* name : {"box", "jam", "kebab"})
-      Child(root, name, &destroyed);
-    for (const char* type : {"before-filtered", "filtered", "item-add", "before-remove-all",
-                             "remove-all", "data-changed", "ExpandAll"})
-      root->On(type, events);
+    Node* fruit = Child(root, "fruit");
+    pear = Child(fruit, "pear");
+    Child(pear, "seed"), Child(pear, "tab"), Child(fruit, "plum");
+    Child(root, "box"), Child(root, "jam"), Child(root, "kebab");
+    for (const char* type :
+         {"before-filtered", "filtered", "item-add", "before-remove-all", "remove-all"})
+      root->On(type, &heard);
   }
-  ~TreeTest() override {
-    base::SafeRelease(root);
-    events->Release();
+  ~TreeTest() override { base::SafeRelease(root); }
+  Node* Child(vm::ViewModelArray* parent, const char* name) {  // added unless `parent` is null
+    Node* node = new ovui_test::Tracked<Node>(&destroyed);
+    node->name = name;
+    return !parent || parent->Add(node) ? node : nullptr;
   }
   int destroyed = 0;
-  Node* root = new Node();
+  ovui_test::RecordingListener heard;  // outlives the tree, which holds a reference
+  Node* root = Child(nullptr, "root");
   Node* pear = nullptr;
-  RecordingListener* events = new RecordingListener();
 };
 
 }  // namespace
 
 TEST_F(TreeTest, RootLendsTheSelectedNodeAndAnnouncesEveryWrite) {
-  Value v;
-  EXPECT_TRUE(root->GetPropW("name", v));
-  EXPECT_STREQ(v.Str(), "kebab");  // selected last
-  root->On("prop-changed", events);
-  EXPECT_TRUE(pear->SetPropW("name", Value("pea")));
-  EXPECT_EQ(events->events.back(), "prop-changed:kind=PropChange name=name old=pea value=pea ");
-  EXPECT_TRUE(root->SetPropW("name", Value("kebap")));
-  EXPECT_TRUE(root->GetPropW("name", v));
-  EXPECT_STREQ(v.Str(), "kebap");
-  EXPECT_EQ(root->name, "root");
-  Took(events);
-  EXPECT_TRUE(root->DataChanged(pear) && root->ExpandAll());
-  EXPECT_EQ(Took(events), "data-changed ExpandAll ");
+  root->On("prop-changed", &heard);
+  EXPECT_TRUE(pear->SetPropW("name", base::Value("pea")));
+  EXPECT_EQ(heard.events.back(), "prop-changed:kind=PropChange name=name old=pea value=pea ");
+  base::Value v;
+  EXPECT_TRUE(root->SetPropW("name", base::Value("kebap")) && root->GetPropW("name", v));
+  EXPECT_STREQ(v.Str(), "kebap");  // "kebab", selected last, lends its property
+
+  (new vm::ViewModelArray())->Add(root);  // a tree under a plain list is its own root
+  EXPECT_TRUE(root->HasProp("name"));     // the list selected the tree: nothing lent
+  Node* pip = Child(pear, "pip");         // selected in the list too
+  EXPECT_TRUE(root->IsTreeRoot() && !pear->IsTreeRoot() && pip->GetRoot() == root);
+  EXPECT_TRUE(root->GetPropW("name", v) && root->SetPropW("name", base::Value("x")));
+  EXPECT_STREQ(v.Str(), "root");  // lends nothing for reading, but writes through
+  EXPECT_EQ(pip->name, "x");
+  root->GetParent()->Release(), root = nullptr;  // with the list
 }
 
-TEST(ViewModelTreeTest, TreeUnderAPlainListIsItsOwnRoot) {
-  auto* list = new vm::ViewModelArray();
-  Node* tree = Child(list, "tree");
-  EXPECT_TRUE(tree->HasProp("name"));  // the list has selected the tree itself
-  Node* inner = Child(tree, "inner");
-  EXPECT_TRUE(tree->IsTreeRoot() && !inner->IsTreeRoot());
-  EXPECT_EQ(static_cast<vm::ViewModel*>(inner)->GetRoot(), tree);
-  Value v;
-  EXPECT_TRUE(tree->GetPropW("name", v));  // lends nothing for reading
-  EXPECT_STREQ(v.Str(), "tree");
-  EXPECT_TRUE(tree->SetPropW("name", Value("x")));  // but writes through
-  EXPECT_EQ(inner->name, "x");
-  list->Release();
-}
-
-TEST_F(TreeTest, FilterKeepsThePathsToMatchesAndNarrowsIncrementally) {
-  EXPECT_TRUE(root->Filter("a"));
-  EXPECT_EQ(Shown(root), "fruit(pear(tab)) jam kebab");
-  root->visited.clear();
-  EXPECT_TRUE(root->Filter("ab"));  // searches only what "a" left
-  EXPECT_EQ(root->visited, "root fruit pear tab jam kebab ");
-  EXPECT_EQ(Shown(root), "fruit(pear(tab)) kebab");
-  root->visited.clear();
-  EXPECT_TRUE(root->Filter("b"));  // a new search over everything
-  EXPECT_EQ(root->visited, "root fruit pear seed tab plum box jam kebab ");
-  EXPECT_EQ(Shown(root), "fruit(pear(tab)) box kebab");
-  Took(events);
-  EXPECT_TRUE(root->Filter("b"));
-  EXPECT_EQ(Took(events), "");
-  EXPECT_TRUE(root->Filter(""));
-  EXPECT_EQ(Took(events), "before-filtered filtered ");
-  EXPECT_EQ(Shown(root), "fruit(pear(seed tab) plum) box jam kebab");
-}
-
-TEST_F(TreeTest, AddsRemovesAndResetsWhileFiltered) {
-  root->Filter("b");
-  Took(events);
-  Child(root, "pig", &destroyed);  // fails: added silently
-  Node* crate = new ovui_test::Tracked<Node>(&destroyed);
-  crate->name = "crate";
-  Child(crate, "abbey", &destroyed);  // a subtree shown for its passing child
-  root->Add(crate, 0);
-  EXPECT_EQ(Took(events), "item-add ");
-  EXPECT_EQ(Shown(root), "crate(abbey) fruit(pear(tab)) box kebab");
-  EXPECT_TRUE(root->Remove(0));  // by position in the visible list
-  EXPECT_EQ(destroyed, 2);
-  vm::ViewModel* jam = root->GetAllItems()[2];
-  EXPECT_TRUE(root->Remove(jam));  // hidden: dropped without release
-  EXPECT_EQ(destroyed, 2);
+TEST_F(TreeTest, FiltersIncrementallyAndKeepsAddsRemovesAndResetsInStep) {
+  const char* const steps[][3] = {
+      // rule, nodes tried, tree left
+      {"a", "root fruit pear seed tab plum box jam kebab ", "(fruit(pear(tab)))(jam)(kebab)"},
+      {"ab", "root fruit pear tab jam kebab ", "(fruit(pear(tab)))(kebab)"},  // what "a" left
+      {"b", "root fruit pear seed tab plum box jam kebab ", "(fruit(pear(tab)))(box)(kebab)"}};
+  for (const auto& [rule, tried, shown] : steps) {
+    root->visited.clear(), heard.events.clear();
+    EXPECT_TRUE(root->Filter(rule));
+    EXPECT_EQ(root->visited, tried) << rule;
+    EXPECT_EQ(root->Shown(), shown) << rule;
+    EXPECT_EQ(heard.events, (Strings{"before-filtered:", "filtered:"})) << rule;
+  }
+  heard.events.clear();
+  EXPECT_TRUE(root->Filter("b"));  // the rule in force: nothing happens
+  Child(root, "pig");              // fails: added silently
+  root->Add(Child(Child(nullptr, "crate"), "abbey")->GetParent(), 0);  // shown for "abbey"
+  EXPECT_EQ(heard.events, Strings{"item-add:end=0 item= parent= start=0 "});
+  EXPECT_EQ(root->Shown(), "(crate(abbey))(fruit(pear(tab)))(box)(kebab)");
+  vm::ViewModel* jam = root->GetAllItems()[3];
+  EXPECT_TRUE(root->Remove(jam) && root->Remove(0));  // hidden; and by visible position
+  EXPECT_EQ(destroyed, 2);  // "crate" and "abbey": "jam" was dropped without release
   jam->Release();
   EXPECT_TRUE(root->Filter(""));
-  EXPECT_EQ(Shown(root), "fruit(pear(seed tab) plum) box kebab pig");
+  EXPECT_EQ(root->Shown(), "(fruit(pear(seed)(tab))(plum))(box)(kebab)(pig)");
 
-  root->Filter("ab");
-  Took(events);
+  root->Filter("ab"), heard.events.clear();
   EXPECT_TRUE(root->Reset());
-  EXPECT_EQ(Took(events), "remove-all ");
+  EXPECT_EQ(heard.events, Strings{"remove-all:parent= "});  // no "before-remove-all"
   EXPECT_EQ(destroyed, 11);
-  Child(Child(root, "slab", &destroyed), "x", &destroyed);
-  Child(root, "y", &destroyed);
-  root->Release();  // shown or hidden, every child exactly once
-  root = nullptr;
-  EXPECT_EQ(destroyed, 14);
+  Child(Child(root, "slab"), "x"), Child(root, "y");
+  root->Release(), root = nullptr;  // shown or hidden, every child exactly once
+  EXPECT_EQ(destroyed, 15);         // and the root
 }

@@ -9,12 +9,9 @@
 
 TEST(MoveWidgetTest, PlacementRules) {
   QWidget w;
-  w.resize(200, 100);
-  w.move(7, 8);
+  w.setGeometry(7, 8, 200, 100);
   vm::MoveWidget(&w, 100, -1, false);  // either coordinate -1: the window system decides
   EXPECT_EQ(w.pos(), QPoint(7, 8));
-  vm::MoveWidget(&w, 30, 40, false);
-  EXPECT_EQ(w.pos(), QPoint(30, 40));
 
   QCursor::setPos(50, 40);  // near the top left: clamped to the screen edge
   vm::MoveWidget(&w, 300, 300, true);

@@ -1,17 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QTest>
 #include <vector>
 
 #include "qt/timer.h"
 #include "qt/translator.h"
 
+using vm::Translator;
+
 namespace {
 
 // Keeps the timer for `ticks` ticks, recording the names it was called with.
-class CountingHandler : public vm::TimerHandler {
- public:
+struct CountingHandler : vm::TimerHandler {
   explicit CountingHandler(int ticks) : ticks(ticks) {}
   bool OnTimer(const std::string& name) override {
     names.push_back(name);
@@ -21,49 +22,30 @@ class CountingHandler : public vm::TimerHandler {
   std::vector<std::string> names;
 };
 
-// Runs the event loop until `timer` stops, for two seconds at most.
-void RunUntilStopped(const vm::Timer& timer) {
-  QElapsedTimer clock;
-  clock.start();
-  while (timer.IsActive() && clock.elapsed() < 2000)
-    QCoreApplication::processEvents();
-}
-
 }  // namespace
 
 TEST(TranslatorTest, CataloguesByLanguage) {
-  EXPECT_EQ(vm::Translator::Tr("Hello", "greeting"), "Hello");  // nothing installed yet
-
-  EXPECT_TRUE(vm::Translator::Init(OVUI_TEST_TRANSLATIONS, "ovui_test", "de"));
-  EXPECT_EQ(vm::Translator::language, "de");
-  EXPECT_EQ(vm::Translator::Tr("Hello", "greeting"), "Hallo");
-  EXPECT_EQ(vm::Translator::Tr("Goodbye", "greeting"), "Tsch\xC3\xBCss");  // UTF-8 out
-  EXPECT_EQ(vm::Translator::Tr("Hello", "other context"), "Hello");
-
-  // A missing catalogue installs an empty translator, which Qt reports as false.
-  EXPECT_FALSE(vm::Translator::SetLanguage("fr"));
-  EXPECT_EQ(vm::Translator::language, "fr");
-  EXPECT_EQ(vm::Translator::Tr("Hello", "greeting"), "Hello");
-  EXPECT_FALSE(vm::Translator::SetLanguage(""));
-  EXPECT_EQ(vm::Translator::language, "");
-  EXPECT_TRUE(vm::Translator::SetLanguage("de"));
-  EXPECT_EQ(vm::Translator::Tr("Hello", "greeting"), "Hallo");
+  EXPECT_EQ(Translator::Tr("Hello", "greeting"), "Hello");  // nothing installed yet
+  EXPECT_TRUE(Translator::Init(OVUI_TEST_TRANSLATIONS, "ovui_test", "de"));
+  EXPECT_EQ(Translator::Tr("Goodbye", "greeting"), "Tsch\xC3\xBCss");  // UTF-8 out
+  EXPECT_EQ(Translator::Tr("Hello", "other context"), "Hello");
+  // A missing catalogue is installed empty, which Qt reports as false; texts stay unchanged.
+  const char* const steps[][2] = {{"de", "Hallo"}, {"fr", "Hello"}, {"", "Hello"}, {"de", "Hallo"}};
+  for (const auto& [language, hello] : steps) {
+    EXPECT_EQ(Translator::SetLanguage(language), std::string(hello) == "Hallo") << language;
+    EXPECT_EQ(Translator::language, language);
+    EXPECT_EQ(Translator::Tr("Hello", "greeting"), hello) << language;
+  }
 }
 
 TEST(TimerTest, StopsWhenTheHandlerSaysSo) {
-  CountingHandler three(3);
-  vm::Timer timer("tick", 1, &three);
-  timer.Start();
-  RunUntilStopped(timer);
-  EXPECT_FALSE(timer.IsActive());
-  EXPECT_EQ(three.names, (std::vector<std::string>{"tick", "tick", "tick"}));
-
-  CountingHandler once(1);
-  vm::Timer first("first", 1, &once);
-  first.Start();
-  RunUntilStopped(first);
-  EXPECT_EQ(once.names.size(), 1u);
-
+  for (const int ticks : {3, 1}) {
+    CountingHandler handler(ticks);
+    vm::Timer timer("tick", 1, &handler);
+    timer.Start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !timer.IsActive(); }, 2000));
+    EXPECT_EQ(handler.names, std::vector<std::string>(ticks, "tick"));
+  }
   vm::Timer idle("idle", 1, nullptr);  // no handler: keeps running, harmlessly
   idle.Start();
   QCoreApplication::processEvents();
