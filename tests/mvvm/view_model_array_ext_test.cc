@@ -95,3 +95,39 @@ TEST_F(ViewModelArrayExtTest, AddsRemovesAndResetsUnderTheRules) {
   rows->Release(), rows = nullptr;
   EXPECT_EQ(destroyed, 9);  // each child released once
 }
+
+// Sort reads each key once when Compare is the library's own; the order must
+// be exactly that of calling Compare for every comparison, as it does for a
+// subclass that overrides it (here only to count the calls).
+TEST(ViewModelArrayExtSortTest, KeyedSortOrdersAsCompareDoes) {
+  struct Counting : vm::ViewModelArrayExt {
+    int Compare(vm::Model* a, vm::Model* b, const std::string& key) override {
+      ++calls;
+      return ViewModelArrayExt::Compare(a, b, key);
+    }
+    int calls = 0;
+  };
+  auto* plain = new vm::ViewModelArrayExt();
+  auto* counting = new Counting();
+  vm::ViewModelArrayExt* counted = counting;
+  for (int i = 0; i < 200; ++i) {
+    for (vm::ViewModelArrayExt* list : {plain, counted}) {
+      auto* row = new Row("r" + std::to_string(i), (i * 37) % 11, nullptr);
+      if (i % 13 == 0) row->UninstallProp("x");  // no key: compares as a null value
+      list->Add(row);
+    }
+  }
+  for (const char* rule : {"1:x", "0:x", "1:name", "0 name"}) {
+    plain->Sort(rule);
+    counting->Sort(rule);
+    Strings order_plain, order_counting;
+    for (vm::ViewModel* r : plain->GetItems())
+      order_plain.push_back(static_cast<Row*>(r)->name);
+    for (vm::ViewModel* r : counting->GetItems())
+      order_counting.push_back(static_cast<Row*>(r)->name);
+    EXPECT_EQ(order_plain, order_counting) << rule;
+  }
+  EXPECT_GT(counting->calls, 0);  // the override is honoured
+  plain->Release();
+  counting->Release();
+}

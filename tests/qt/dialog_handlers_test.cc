@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTime>
 #include <fstream>
 
 #include "mvvm/navigator.h"
