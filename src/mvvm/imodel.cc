@@ -8,6 +8,20 @@ namespace {
 const char kPropChanged[] = "prop-changed";
 const char kPropChange[] = "PropChange";
 const char kPropsChange[] = "PropsChange";
+
+// The reusable event, with its parameters at hand, so that a change is
+// announced without looking names up or reallocating unchanged texts. The
+// slots are filled when first set, as SetParam would create them.
+struct PropChangeEvent : events::Event {
+  PropChangeEvent() : events::Event(kPropChanged) {}
+  base::Value* name = nullptr;
+  base::Value* old = nullptr;
+  base::Value* value = nullptr;
+  base::Value* kind = nullptr;
+};
+
+PropChangeEvent* Reusable(events::Event* e) { return static_cast<PropChangeEvent*>(e); }
+
 }  // namespace
 
 IModel::~IModel() {
@@ -18,7 +32,7 @@ IModel::~IModel() {
 bool IModel::On(const std::string& type, events::EventListener* listener) {
   if (!this->emitter) {
     this->emitter = new events::EventEmitter();
-    this->event = new events::Event(kPropChanged);
+    this->event = new PropChangeEvent();
   }
   OVUI_CHECK(listener != NULL && this->emitter != NULL, false);
   return this->emitter->On(type, listener);
@@ -50,23 +64,24 @@ bool IModel::EmitPropChange(const std::string& name, const base::Value& old,
   if (!this->emitter || !this->event) return false;
   if (this->event->GetType() != kPropChanged) this->event->SetType(kPropChanged);
   SetNameAndKind(name, kPropChange, sizeof(kPropChange) - 1);
-  if (!this->params.old) {
-    this->params.old = &this->event->Param("old");
-    this->params.value = &this->event->Param("value");
+  PropChangeEvent* e = Reusable(this->event);
+  if (!e->old) {
+    e->old = &e->Param("old");
+    e->value = &e->Param("value");
   }
-  *this->params.old = old;
-  *this->params.value = value;
+  *e->old = old;
+  *e->value = value;
   return Emit(this->event);
 }
 
 void IModel::SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len) {
-  // Parameters appear when first set, as SetParam would make them.
-  if (!this->params.name) {
-    this->params.name = &this->event->Param("name");
-    this->params.kind = &this->event->Param("kind");
+  PropChangeEvent* e = Reusable(this->event);
+  if (!e->name) {
+    e->name = &e->Param("name");
+    e->kind = &e->Param("kind");
   }
-  this->params.name->StrIfChanged(name.c_str(), static_cast<unsigned>(name.size()));
-  this->params.kind->StrIfChanged(kind, kind_len);
+  e->name->StrIfChanged(name.c_str(), static_cast<unsigned>(name.size()));
+  e->kind->StrIfChanged(kind, kind_len);
 }
 
 bool IModel::EmitPropsChange() {

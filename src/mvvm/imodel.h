@@ -54,15 +54,6 @@ class IModel : public base::RefObj<IModel>, public base::NoneClonable {
 
  private:
   void SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len);
-
-  // The reusable event's parameters, so that a change is announced without
-  // looking names up or reallocating texts that did not change.
-  struct Params {
-    base::Value* name;
-    base::Value* old;
-    base::Value* value;
-    base::Value* kind;
-  } params{};
 };
 
 }  // namespace vm

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <deque>
+#include <mutex>
+#include <unordered_set>
 
 #include "base/log.h"
 
@@ -60,7 +63,10 @@ T& At(void* addr) {
 }  // namespace
 
 bool Model::Prop::GetProp(const Model* model, base::Value& v) const {
-  if (this->getter) return (model->*(this->getter))(v);
+  if (this->accessor) {
+    // A setter alone reads as success with `v` untouched.
+    return this->accessors->getter ? (model->*(this->accessors->getter))(v) : true;
+  }
   switch (this->type) {
     case 'a':
       OVUI_ASSERT(this->size == sizeof(int8_t));
@@ -118,8 +124,10 @@ bool Model::Prop::GetProp(const Model* model, base::Value& v) const {
 }
 
 bool Model::Prop::SetProp(Model* model, const base::Value& v) const {
-  if (this->setter) return (model->*(this->setter))(v);
-  if (this->getter || !this->addr) return false;  // read-only, or nowhere to write
+  if (this->accessor) {
+    return this->accessors->setter ? (model->*(this->accessors->setter))(v) : false;
+  }
+  if (!this->addr) return false;
   switch (this->type) {
     case 'a':
       OVUI_ASSERT(this->size == sizeof(int8_t));
@@ -181,21 +189,40 @@ namespace {
 template <typename Props>
 auto LowerBound(Props& props, const std::string& name) {
   return std::lower_bound(props.begin(), props.end(), name,
-                          [](const auto& entry, const std::string& n) { return entry.first < n; });
+                          [](const auto& entry, const std::string& n) { return *entry.first < n; });
+}
+
+// The one shared copy of a property name; names live for the process.
+const std::string* Intern(const std::string& name) {
+  static std::mutex lock;  // models may be built on worker threads
+  static std::unordered_set<std::string> names;
+  std::lock_guard<std::mutex> guard(lock);
+  return &*names.insert(name).first;
 }
 
 }  // namespace
 
+const Model::Accessors* Model::SharedAccessors(Getter getter, Setter setter) {
+  static std::mutex lock;
+  static std::deque<Accessors> all;  // stable addresses; a few dozen pairs at most
+  std::lock_guard<std::mutex> guard(lock);
+  for (const Accessors& a : all) {
+    if (a.getter == getter && a.setter == setter) return &a;
+  }
+  all.push_back({getter, setter});
+  return &all.back();
+}
+
 const Model::Prop* Model::FindProp(const std::string& name) const {
   auto iter = LowerBound(this->props, name);
-  return iter != this->props.end() && iter->first == name ? &iter->second : nullptr;
+  return iter != this->props.end() && *iter->first == name ? &iter->second : nullptr;
 }
 
 Model::Prop& Model::Slot(const std::string& name) {
   if (this->props.empty()) this->props.reserve(4);  // most models have a few
   auto iter = LowerBound(this->props, name);
-  if (iter == this->props.end() || iter->first != name) {
-    iter = this->props.emplace(iter, name, Prop());
+  if (iter == this->props.end() || *iter->first != name) {
+    iter = this->props.emplace(iter, Intern(name), Prop());
   }
   return iter->second;
 }
@@ -228,8 +255,8 @@ bool Model::SetPropW(const std::string& name, const Prop& p, const base::Value& 
 bool Model::InstallProp(const std::string& name, Getter getter, Setter setter) {
   Prop& p = Slot(name);
   p = Prop();
-  p.getter = getter;
-  p.setter = setter;
+  p.accessor = true;
+  p.accessors = SharedAccessors(getter, setter);
   return true;
 }
 
@@ -246,7 +273,7 @@ bool Model::InstallProp(const std::string& name, const std::string& type_name, v
 
 bool Model::UninstallProp(const std::string& name) {
   auto iter = LowerBound(this->props, name);
-  if (iter == this->props.end() || iter->first != name) return false;
+  if (iter == this->props.end() || *iter->first != name) return false;
   this->props.erase(iter);
   return true;
 }

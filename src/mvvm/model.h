@@ -70,12 +70,20 @@ class Model : public IModel {
   }
 
  protected:
+  // A getter/setter pair; each distinct pair is stored once per process,
+  // since every instance of a class installs the same ones.
+  struct Accessors {
+    Getter getter;
+    Setter setter;
+  };
   struct Prop {
-    Getter getter = nullptr;
-    Setter setter = nullptr;
-    char type = 0;  // storage code; 0 for accessors
-    void* addr = nullptr;
+    union {
+      const Accessors* accessors = nullptr;  // when `accessor`
+      void* addr;                            // otherwise: the variable
+    };
     unsigned size = 0;
+    char type = 0;  // storage code; 0 for accessors
+    bool accessor = false;
 
     bool GetProp(const Model* model, base::Value& v) const;
     bool SetProp(Model* model, const base::Value& v) const;
@@ -88,12 +96,14 @@ class Model : public IModel {
   // SetPropW's compare, write and announce over a record already found.
   bool SetPropW(const std::string& name, const Prop& p, const base::Value& v);
 
-  // Sorted by name. One block per model rather than a node per property:
-  // a list of many rows would otherwise spend its time allocating nodes.
-  std::vector<std::pair<std::string, Prop>> props;
+  // Sorted by name. One block per model rather than a node per property,
+  // and names shared process-wide: a list of many rows would otherwise spend
+  // its time allocating nodes and copies of the same few names.
+  std::vector<std::pair<const std::string*, Prop>> props;
 
  private:
   Prop& Slot(const std::string& name);
+  static const Accessors* SharedAccessors(Getter getter, Setter setter);
 };
 
 }  // namespace vm
