@@ -21,7 +21,6 @@
 #include "mvvm/eval.h"
 #include "mvvm/icommand.h"
 #include "mvvm/iconverter.h"
-#include "mvvm/lazy_map.h"
 #include "mvvm/imodel.h"
 #include "mvvm/ivalidator.h"
 #include "mvvm/menu_data.h"

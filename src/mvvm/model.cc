@@ -5,6 +5,7 @@
 #include <cstring>
 #include <deque>
 #include <mutex>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "base/log.h"
@@ -192,25 +193,37 @@ auto LowerBound(Props& props, const std::string& name) {
                           [](const auto& entry, const std::string& n) { return *entry.first < n; });
 }
 
-// The one shared copy of a property name; names live for the process.
+// The one shared copy of a property name; names live for the process. Each
+// thread keeps its own index in front of the shared set, so installing the
+// same few names on many rows takes no lock.
 const std::string* Intern(const std::string& name) {
+  thread_local std::unordered_map<std::string, const std::string*> known;
+  auto hit = known.find(name);
+  if (hit != known.end()) return hit->second;
   static std::mutex lock;  // models may be built on worker threads
   static std::unordered_set<std::string> names;
-  std::lock_guard<std::mutex> guard(lock);
-  return &*names.insert(name).first;
+  const std::string* shared;
+  {
+    std::lock_guard<std::mutex> guard(lock);
+    shared = &*names.insert(name).first;
+  }
+  known.emplace(name, shared);
+  return shared;
 }
 
 }  // namespace
 
 const Model::Accessors* Model::SharedAccessors(Getter getter, Setter setter) {
+  thread_local const Accessors* last = nullptr;  // rows of one class repeat the same pair
+  if (last && last->getter == getter && last->setter == setter) return last;
   static std::mutex lock;
   static std::deque<Accessors> all;  // stable addresses; a few dozen pairs at most
   std::lock_guard<std::mutex> guard(lock);
   for (const Accessors& a : all) {
-    if (a.getter == getter && a.setter == setter) return &a;
+    if (a.getter == getter && a.setter == setter) return last = &a;
   }
   all.push_back({getter, setter});
-  return &all.back();
+  return last = &all.back();
 }
 
 const Model::Prop* Model::FindProp(const std::string& name) const {

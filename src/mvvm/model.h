@@ -66,7 +66,8 @@ class Model : public IModel {
   bool InstallProp(const std::string& name, T* addr) {
     static_assert(std::is_arithmetic<T>::value || std::is_same<T, std::string>::value,
                   "only arithmetic types and std::string can be installed");
-    return InstallProp(name, typeid(T).name(), addr, sizeof(T));
+    static const std::string type_name = typeid(T).name();
+    return InstallProp(name, type_name, addr, sizeof(T));
   }
 
  protected:

@@ -10,14 +10,14 @@ namespace {
 // Stores `obj` under `name`, adopting the caller's reference and releasing a
 // different object held there before.
 template <typename T>
-void Adopt(LazyMap<T*>& registry, const std::string& name, T* obj) {
+void Adopt(std::map<std::string, T*>& registry, const std::string& name, T* obj) {
   T*& slot = registry[name];
   if (slot && slot != obj) slot->Release();
   slot = obj;
 }
 
 template <typename T>
-bool Drop(LazyMap<T*>& registry, const std::string& name) {
+bool Drop(std::map<std::string, T*>& registry, const std::string& name) {
   auto iter = registry.find(name);
   if (iter == registry.end()) return false;
   T* obj = iter->second;
@@ -27,10 +27,9 @@ bool Drop(LazyMap<T*>& registry, const std::string& name) {
 }
 
 template <typename T>
-void DropAll(LazyMap<T*>& registry) {
-  if (registry.empty()) return;
+void DropAll(std::map<std::string, T*>& registry) {
   std::map<std::string, T*> old;
-  registry.swap(old);
+  old.swap(registry);
   for (auto& entry : old)
     base::SafeRelease(entry.second);
 }
@@ -56,6 +55,16 @@ int ResolveProperty(void* ctx, const std::string& name, EvalValue& out) {
 
 ViewModel::ViewModel(IModel* model) : model(model) {}
 
+ViewModel::Registries& ViewModel::Registry() {
+  if (!this->registries) this->registries = std::make_unique<Registries>();
+  return *this->registries;
+}
+
+const ViewModel::Registries& ViewModel::Registered() const {
+  static const Registries none;
+  return this->registries ? *this->registries : none;
+}
+
 ViewModel::~ViewModel() {
   Reset();
 }
@@ -78,7 +87,7 @@ bool ViewModel::SetPropW(const std::string& name, const base::Value& v) {
 
 bool ViewModel::On(const std::string& type, events::EventListener* listener) {
   if (this->model) this->model->On(type, listener);
-  for (auto& entry : this->sub_view_models) {
+  for (auto& entry : Registered().sub_view_models) {
     if (entry.second) entry.second->On(type, listener);
   }
   return IModel::On(type, listener);
@@ -86,7 +95,7 @@ bool ViewModel::On(const std::string& type, events::EventListener* listener) {
 
 bool ViewModel::Off(const std::string& type, events::EventListener* listener) {
   if (this->model) this->model->Off(type, listener);
-  for (auto& entry : this->sub_view_models) {
+  for (auto& entry : Registered().sub_view_models) {
     if (entry.second) entry.second->Off(type, listener);
   }
   return IModel::Off(type, listener);
@@ -107,24 +116,36 @@ bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
 }
 
 bool ViewModel::ExecuteCommand(const std::string& name, const std::string& args) {
-  auto iter = this->commands.find(name);
-  OVUI_CHECK(iter != this->commands.end(), false);
+  const auto& commands = Registered().commands;
+  auto iter = commands.find(name);
+  if (iter == commands.end()) {
+    OVUI_LOG_FAILED("iter != this->commands.end()");
+    return false;
+  }
   ICommand* cmd = iter->second;
   OVUI_CHECK(cmd != NULL, false);
   return cmd->Execute(args);
 }
 
 bool ViewModel::CanExecuteCommand(const std::string& name, const std::string& args) const {
-  auto iter = this->commands.find(name);
-  OVUI_CHECK(iter != this->commands.end(), false);
+  const auto& commands = Registered().commands;
+  auto iter = commands.find(name);
+  if (iter == commands.end()) {
+    OVUI_LOG_FAILED("iter != this->commands.end()");
+    return false;
+  }
   ICommand* cmd = iter->second;
   OVUI_CHECK(cmd != NULL, false);
   return cmd->CanExecute(args);
 }
 
 bool ViewModel::IsValidProp(const std::string& name, const base::Value& value, std::string& msg) {
-  auto iter = this->validators.find(name);
-  OVUI_CHECK(iter != this->validators.end(), false);
+  const auto& validators = Registered().validators;
+  auto iter = validators.find(name);
+  if (iter == validators.end()) {
+    OVUI_LOG_FAILED("iter != this->validators.end()");
+    return false;
+  }
   IValidator* v = iter->second;
   OVUI_CHECK(v != NULL, false);
   v->valid = v->IsValid(value, msg);
@@ -132,61 +153,72 @@ bool ViewModel::IsValidProp(const std::string& name, const base::Value& value, s
 }
 
 bool ViewModel::Convert(const std::string& name, const base::Value& from, base::Value& to) {
-  auto iter = this->converters.find(name);
-  OVUI_CHECK(iter != this->converters.end(), false);
+  const auto& converters = Registered().converters;
+  auto iter = converters.find(name);
+  if (iter == converters.end()) {
+    OVUI_LOG_FAILED("iter != this->converters.end()");
+    return false;
+  }
   IConverter* c = iter->second;
   OVUI_CHECK(c != NULL, false);
   return c->Convert(from, to);
 }
 
 bool ViewModel::ConvertBack(const std::string& name, const base::Value& from, base::Value& to) {
-  auto iter = this->converters.find(name);
-  OVUI_CHECK(iter != this->converters.end(), false);
+  const auto& converters = Registered().converters;
+  auto iter = converters.find(name);
+  if (iter == converters.end()) {
+    OVUI_LOG_FAILED("iter != this->converters.end()");
+    return false;
+  }
   IConverter* c = iter->second;
   OVUI_CHECK(c != NULL, false);
   return c->ConvertBack(from, to);
 }
 
 bool ViewModel::HasCommand(const std::string& name) const {
-  return this->commands.count(name);
+  return Registered().commands.count(name);
 }
 
 bool ViewModel::HasConverter(const std::string& name) const {
-  return this->converters.count(name);
+  return Registered().converters.count(name);
 }
 
 bool ViewModel::HasValidator(const std::string& name) const {
-  return this->validators.count(name);
+  return Registered().validators.count(name);
 }
 
 bool ViewModel::RegisterCommand(const std::string& name, ICommand* command) {
   OVUI_CHECK(command != NULL, false);
-  Adopt(this->commands, name, command);
+  Adopt(Registry().commands, name, command);
   return true;
 }
 
 bool ViewModel::RegisterConverter(const std::string& name, IConverter* converter) {
   OVUI_CHECK(converter != NULL, false);
-  Adopt(this->converters, name, converter);
+  Adopt(Registry().converters, name, converter);
   return true;
 }
 
 bool ViewModel::RegisterValidator(const std::string& name, IValidator* validator) {
   OVUI_CHECK(validator != NULL, false);
-  Adopt(this->validators, name, validator);
+  Adopt(Registry().validators, name, validator);
   return true;
 }
 
 bool ViewModel::UnRegisterCommand(const std::string& name) {
-  return Drop(this->commands, name);
+  if (!this->registries) return false;
+  return Drop(this->registries->commands, name);
 }
 
 bool ViewModel::UnRegisterConverter(const std::string& name) {
-  return Drop(this->converters, name);
+  if (!this->registries) return false;
+  return Drop(this->registries->converters, name);
 }
 
 bool ViewModel::UnRegisterValidator(const std::string& name) {
-  return Drop(this->validators, name);
+  if (!this->registries) return false;
+  return Drop(this->registries->validators, name);
 }
 
 IModel* ViewModel::GetModel() const {
@@ -242,14 +274,14 @@ bool ViewModel::InitWindow() {
 }
 
 bool ViewModel::HasValidatorError() const {
-  for (const auto& entry : this->validators) {
+  for (const auto& entry : Registered().validators) {
     if (entry.second && !entry.second->valid) return true;
   }
   return false;
 }
 
 bool ViewModel::ClearValidatorError() {
-  for (auto& entry : this->validators) {
+  for (auto& entry : Registered().validators) {
     if (entry.second) entry.second->valid = true;
   }
   return true;
@@ -257,20 +289,23 @@ bool ViewModel::ClearValidatorError() {
 
 bool ViewModel::SetSubViewModel(const std::string& name, ViewModel* vm) {
   OVUI_CHECK(vm != NULL, false);
-  Adopt(this->sub_view_models, name, vm);
+  Adopt(Registry().sub_view_models, name, vm);
   return true;
 }
 
 ViewModel* ViewModel::GetSubViewModel(const std::string& name) const {
-  auto iter = this->sub_view_models.find(name);
-  return iter == this->sub_view_models.end() ? nullptr : iter->second;
+  const auto& sub_view_models = Registered().sub_view_models;
+  auto iter = sub_view_models.find(name);
+  return iter == sub_view_models.end() ? nullptr : iter->second;
 }
 
 void ViewModel::Reset() {
-  DropAll(this->commands);
-  DropAll(this->converters);
-  DropAll(this->validators);
-  DropAll(this->sub_view_models);
+  if (this->registries) {
+    DropAll(this->registries->commands);
+    DropAll(this->registries->converters);
+    DropAll(this->registries->validators);
+    DropAll(this->registries->sub_view_models);
+  }
   SetModel(nullptr);
 }
 

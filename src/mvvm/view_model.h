@@ -2,12 +2,12 @@
 #define OVUI_MVVM_VIEW_MODEL_H_
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "mvvm/icommand.h"
 #include "mvvm/iconverter.h"
 #include "mvvm/ivalidator.h"
-#include "mvvm/lazy_map.h"
 #include "mvvm/menu_data.h"
 #include "mvvm/model.h"
 
@@ -98,7 +98,7 @@ class ViewModel : public Model {
   bool SetSubViewModel(const std::string& name, ViewModel* vm);
   ViewModel* GetSubViewModel(const std::string& name) const;
   const std::map<std::string, ViewModel*>& GetAllSubViewModel() const {
-    return this->sub_view_models.AsMap();
+    return Registered().sub_view_models;
   }
 
   // Releases every registered object, sub view model and the model. Own
@@ -127,10 +127,20 @@ class ViewModel : public Model {
 
   IModel* model = nullptr;
   ViewModel* parent = nullptr;
-  LazyMap<ICommand*> commands;
-  LazyMap<IConverter*> converters;
-  LazyMap<IValidator*> validators;
-  LazyMap<ViewModel*> sub_view_models;
+  // The four registries, allocated on the first registration: most view
+  // models (every row of a list) never register anything.
+  struct Registries {
+    std::map<std::string, ICommand*> commands;
+    std::map<std::string, IConverter*> converters;
+    std::map<std::string, IValidator*> validators;
+    std::map<std::string, ViewModel*> sub_view_models;
+  };
+  // For reading: an empty set when nothing was ever registered.
+  const Registries& Registered() const;
+  // For registering: created on first use.
+  Registries& Registry();
+
+  std::unique_ptr<Registries> registries;
 };
 
 }  // namespace vm
