@@ -90,9 +90,9 @@ void Value::Str(const char* s, unsigned len) {
 }
 
 void Value::StrIfChanged(const char* s, unsigned len) {
-  if (type_ == TYPE_STR && value_.s && s && std::strncmp(value_.s, s, len) == 0 &&
-      value_.s[strnlen(s, len)] == '\0') {
-    return;
+  if (s && type_ == TYPE_STR && value_.s) {
+    const size_t n = strnlen(s, len);
+    if (std::strncmp(value_.s, s, n) == 0 && value_.s[n] == '\0') return;
   }
   Str(s, len);
 }

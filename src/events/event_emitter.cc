@@ -44,8 +44,13 @@ bool EventEmitter::Exist(const std::string& type, EventListener* l) const {
 }
 
 bool EventEmitter::Emit(Event* e) {
-  auto it = this->listeners.find(e->GetType());
-  if (it == this->listeners.end() || it->second.empty()) return true;
+  auto it = this->last;
+  if (it == this->listeners.end() || it->first != e->GetType()) {
+    it = this->listeners.find(e->GetType());
+    if (it == this->listeners.end()) return true;
+    this->last = it;
+  }
+  if (it->second.empty()) return true;
 
   // The snapshot lives on the stack unless the list is unusually long, so an
   // emit costs no heap allocation.
@@ -69,8 +74,9 @@ bool EventEmitter::Emit(Event* e) {
 
 bool EventEmitter::Reset() {
   // Detach the map first: releasing may destroy a listener that calls Off.
-  std::map<std::string, std::vector<EventListener*>> old;
+  Lists old;
   old.swap(this->listeners);
+  this->last = this->listeners.end();
   for (auto& [type, list] : old) {
     for (EventListener* l : list)
       l->Release();

@@ -33,7 +33,11 @@ class EventEmitter : public base::RefObj<EventEmitter>, public base::NoneClonabl
   bool Reset();
 
  private:
-  std::map<std::string, std::vector<EventListener*>> listeners;
+  using Lists = std::map<std::string, std::vector<EventListener*>>;
+  Lists listeners;
+  // The list last emitted to: a model emits the same type again and again.
+  // Map entries never move, so it stays valid until Reset.
+  Lists::iterator last = listeners.end();
 };
 
 }  // namespace events

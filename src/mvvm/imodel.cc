@@ -20,7 +20,16 @@ struct PropChangeEvent : events::Event {
   base::Value* kind = nullptr;
 };
 
-PropChangeEvent* Reusable(events::Event* e) { return static_cast<PropChangeEvent*>(e); }
+PropChangeEvent* Reusable(events::Event* e) {
+  return static_cast<PropChangeEvent*>(e);
+}
+
+// A view request may have retyped the reused event; compared as a string
+// of known length rather than against a C string.
+void RetypeAsChange(events::Event* e) {
+  static const std::string type(kPropChanged);
+  if (e->GetType() != type) e->SetType(type);
+}
 
 }  // namespace
 
@@ -62,7 +71,7 @@ bool IModel::UnblockEvents() {
 bool IModel::EmitPropChange(const std::string& name, const base::Value& old,
                             const base::Value& value) {
   if (!this->emitter || !this->event) return false;
-  if (this->event->GetType() != kPropChanged) this->event->SetType(kPropChanged);
+  RetypeAsChange(this->event);
   SetNameAndKind(name, kPropChange, sizeof(kPropChange) - 1);
   PropChangeEvent* e = Reusable(this->event);
   if (!e->old) {
@@ -87,7 +96,7 @@ void IModel::SetNameAndKind(const std::string& name, const char* kind, unsigned 
 bool IModel::EmitPropsChange() {
   if (!this->emitter || !this->event) return false;
   SetNameAndKind(std::string(), kPropsChange, sizeof(kPropsChange) - 1);
-  if (this->event->GetType() != kPropChanged) this->event->SetType(kPropChanged);
+  RetypeAsChange(this->event);
   return Emit(this->event);
 }
 

@@ -227,6 +227,14 @@ const Model::Accessors* Model::SharedAccessors(Getter getter, Setter setter) {
 }
 
 const Model::Prop* Model::FindProp(const std::string& name) const {
+  // Most models have a handful of properties: a scan whose comparisons
+  // mostly stop at the length beats a binary search of full compares.
+  if (this->props.size() <= 8) {
+    for (const auto& entry : this->props) {
+      if (*entry.first == name) return &entry.second;
+    }
+    return nullptr;
+  }
   auto iter = LowerBound(this->props, name);
   return iter != this->props.end() && *iter->first == name ? &iter->second : nullptr;
 }
