@@ -44,6 +44,9 @@ std::string CommandBindingParser::ToString(const CommandBinding* binding) {
       if (i > 0) text += "|";
       text += binding->triggers[i];
     }
+    // The split drops an empty last piece, so an empty last trigger needs a
+    // closing "|" to survive the round trip.
+    if (binding->triggers.back().empty()) text += "|";
   }
   text += "}";
   return text;

@@ -40,7 +40,9 @@ class CommandBindingParser : public RuleParser {
   // A new binding (reference count 1, the caller's); any text gives one.
   static CommandBinding* FromString(const std::string& str);
   // The rule text, e.g. `{Command Name=save, CloseWindow=True}`; it parses
-  // back to the same binding. False flags and empty fields are left out.
+  // back to the same binding whenever its fields hold none of `,{}=|`, no
+  // double quote and no leading or trailing space. False flags and empty
+  // fields are left out; an empty last trigger is written with a closing "|".
   static std::string ToString(const CommandBinding* binding);
 
   bool OnKeyValue(const std::string& key, const std::string& value) override;

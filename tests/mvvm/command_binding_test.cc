@@ -27,7 +27,7 @@ TEST(CommandBindingParserTest, ToStringTexts) {
             "{Command Name=save, Args=all, CloseWindow=True, Triggers=clicked||pressed}");
   b.close_window = false, b.update_model = true, b.triggers = {""};
   EXPECT_EQ(CommandBindingParser::ToString(&b),
-            "{Command Name=save, Args=all, UpdateModel=True, Triggers=}");
+            "{Command Name=save, Args=all, UpdateModel=True, Triggers=|}");
 }
 
 // Each rule is compared through its ToString text, pinned above. Flags take "true" in any case
@@ -47,9 +47,10 @@ TEST(CommandBindingParserTest, KeysFlagsAndTriggers) {
       {"{x, Triggers=a||b}", "{Command Name=x, Triggers=a||b}"},
       {"{x, Triggers=|a}", "{Command Name=x, Triggers=|a}"},
       {"{x, Triggers=a|}", "{Command Name=x, Triggers=a}"},
-      {"{x, Triggers=||}", "{Command Name=x, Triggers=|}"},
+      {"{x, Triggers=||}", "{Command Name=x, Triggers=||}"},
       {"{x, Triggers=}", "{Command Name=x}"},
-      // The texts ToString writes parse back to themselves.
+      // The texts ToString writes parse back to themselves, an empty last trigger included.
+      {"{Command Name=x, Triggers=a||}", "{Command Name=x, Triggers=a||}"},
       {"{Command Name=open file, Args=a=b  c, CloseWindow=True, UpdateModel=True, Triggers=a||b}",
        "{Command Name=open file, Args=a=b  c, CloseWindow=True, UpdateModel=True, Triggers=a||b}"},
   };
