@@ -66,7 +66,13 @@ const ViewModel::Registries& ViewModel::Registered() const {
 }
 
 ViewModel::~ViewModel() {
+  for (auto& entry : Registered().sub_view_models)
+    Orphan(entry.second);
   Reset();
+}
+
+void ViewModel::Orphan(ViewModel* child) const {
+  if (child && child->parent == this) child->SetParent(nullptr);
 }
 
 bool ViewModel::HasProp(const std::string& name) const {

@@ -124,6 +124,10 @@ class ViewModel : public Model {
   // The reusable event prepared as the request `type`, or null when nobody
   // ever listened.
   events::Event* Request(const char* type);
+  // Clears `child`'s parent link when it names this view model: called on
+  // the way out, so that a child its holder keeps never points at a
+  // destroyed parent.
+  void Orphan(ViewModel* child) const;
 
   IModel* model = nullptr;
   ViewModel* parent = nullptr;

@@ -12,6 +12,8 @@ ViewModelArray::ViewModelArray(IModel* model) : ViewModel(model) {
 }
 
 ViewModelArray::~ViewModelArray() {
+  for (ViewModel* item : this->items)
+    Orphan(item);
   ResetArray(this->items);
 }
 

@@ -17,6 +17,8 @@ ViewModelArrayExt::~ViewModelArrayExt() {
   // The base destructor releases `items`, whose entries are only borrowed
   // here: empty it so that each child is released once, from the full list.
   this->items.clear();
+  for (ViewModel* item : this->all_items)
+    Orphan(item);
   ResetArray(this->all_items);
 }
 

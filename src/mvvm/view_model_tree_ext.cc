@@ -19,6 +19,8 @@ ViewModelTreeExt::ViewModelTreeExt(IModel* model) : ViewModelTree(model) {}
 ViewModelTreeExt::~ViewModelTreeExt() {
   // The visible list only borrows: the base destructor must find it empty.
   this->items.clear();
+  for (ViewModel* item : this->all_items)
+    Orphan(item);
   ResetArray(this->all_items);
 }
 
