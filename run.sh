@@ -3,12 +3,13 @@
 #   ./run.sh test    sanitizer build, then every test through ctest
 #   ./run.sh demo    builds and runs the example program
 #   ./run.sh bench   Release build, then every benchmark under bench/
+#   ./run.sh fuzz [seconds]   every libFuzzer target under fuzz/, 60 s each by default
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 cd "$root"
 
 usage() {
-  echo "usage: $0 {test|demo|bench}" >&2
+  echo "usage: $0 {test|demo|bench|fuzz [seconds]}" >&2
   exit 2
 }
 
@@ -16,7 +17,7 @@ usage() {
 cmd=$1
 shift
 
-"$root/scripts/install-deps.sh"
+"$root/scripts/install-deps.sh" "$cmd"
 
 jobs=$(nproc 2>/dev/null || echo 2)
 generator=()
@@ -64,6 +65,16 @@ case "$cmd" in
       "$b" "$@"
     done
     [[ $found -eq 1 ]] || echo "bench: no benchmarks built yet"
+    ;;
+  fuzz)
+    seconds=${1:-60}
+    [[ "$seconds" =~ ^[0-9]+$ ]] || usage
+    dir="$root/build/fuzz"
+    # A project of its own: it is built with clang, the library with g++.
+    [[ -f "$dir/CMakeCache.txt" ]] ||
+      cmake -S "$root/fuzz" -B "$dir" "${generator[@]}" -DCMAKE_CXX_COMPILER=clang++ >/dev/null
+    cmake --build "$dir" -j "$jobs"
+    exec "$root/scripts/run-fuzzers.sh" "$dir" "$root/fuzz/corpus" "$seconds"
     ;;
   *) usage ;;
 esac

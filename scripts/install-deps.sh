@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages ovui needs to build, test and benchmark.
+# Installs the Debian packages ovui needs to build, test and benchmark;
+# `install-deps.sh fuzz` adds clang and its libFuzzer runtime.
 # Idempotent and silent when everything is already present.
 set -euo pipefail
 
@@ -8,6 +9,7 @@ packages=(
   qtbase5-dev libqt5charts5-dev qttools5-dev-tools
   libgtest-dev libbenchmark-dev
 )
+[[ "${1:-}" == fuzz ]] && packages+=(clang libclang-rt-dev)
 
 missing=()
 for p in "${packages[@]}"; do
