@@ -34,6 +34,18 @@ void DropAll(std::map<std::string, T*>& registry) {
     base::SafeRelease(entry.second);
 }
 
+// Binds the entry for `name` in `registry` to `var`. An unknown name or an
+// empty entry is logged with the calling operation's own name and line, and
+// that operation returns false.
+#define OVUI_FIND_REGISTERED(var, registry, name, missing) \
+  const auto var##_entry = (registry).find(name);          \
+  if (var##_entry == (registry).end()) {                   \
+    OVUI_LOG_FAILED(missing);                              \
+    return false;                                          \
+  }                                                        \
+  auto* const var = var##_entry->second;                   \
+  OVUI_CHECK(var != NULL, false)
+
 // Variables of computed properties are this view model's properties: a string
 // stays a string, anything else is read as a number. Other names (PI, ...)
 // go to the evaluator's constants.
@@ -122,63 +134,28 @@ bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
 }
 
 bool ViewModel::ExecuteCommand(const std::string& name, const std::string& args) {
-  const auto& commands = Registered().commands;
-  auto iter = commands.find(name);
-  if (iter == commands.end()) {
-    OVUI_LOG_FAILED("iter != this->commands.end()");
-    return false;
-  }
-  ICommand* cmd = iter->second;
-  OVUI_CHECK(cmd != NULL, false);
+  OVUI_FIND_REGISTERED(cmd, Registered().commands, name, "iter != this->commands.end()");
   return cmd->Execute(args);
 }
 
 bool ViewModel::CanExecuteCommand(const std::string& name, const std::string& args) const {
-  const auto& commands = Registered().commands;
-  auto iter = commands.find(name);
-  if (iter == commands.end()) {
-    OVUI_LOG_FAILED("iter != this->commands.end()");
-    return false;
-  }
-  ICommand* cmd = iter->second;
-  OVUI_CHECK(cmd != NULL, false);
+  OVUI_FIND_REGISTERED(cmd, Registered().commands, name, "iter != this->commands.end()");
   return cmd->CanExecute(args);
 }
 
 bool ViewModel::IsValidProp(const std::string& name, const base::Value& value, std::string& msg) {
-  const auto& validators = Registered().validators;
-  auto iter = validators.find(name);
-  if (iter == validators.end()) {
-    OVUI_LOG_FAILED("iter != this->validators.end()");
-    return false;
-  }
-  IValidator* v = iter->second;
-  OVUI_CHECK(v != NULL, false);
+  OVUI_FIND_REGISTERED(v, Registered().validators, name, "iter != this->validators.end()");
   v->valid = v->IsValid(value, msg);
   return v->valid;
 }
 
 bool ViewModel::Convert(const std::string& name, const base::Value& from, base::Value& to) {
-  const auto& converters = Registered().converters;
-  auto iter = converters.find(name);
-  if (iter == converters.end()) {
-    OVUI_LOG_FAILED("iter != this->converters.end()");
-    return false;
-  }
-  IConverter* c = iter->second;
-  OVUI_CHECK(c != NULL, false);
+  OVUI_FIND_REGISTERED(c, Registered().converters, name, "iter != this->converters.end()");
   return c->Convert(from, to);
 }
 
 bool ViewModel::ConvertBack(const std::string& name, const base::Value& from, base::Value& to) {
-  const auto& converters = Registered().converters;
-  auto iter = converters.find(name);
-  if (iter == converters.end()) {
-    OVUI_LOG_FAILED("iter != this->converters.end()");
-    return false;
-  }
-  IConverter* c = iter->second;
-  OVUI_CHECK(c != NULL, false);
+  OVUI_FIND_REGISTERED(c, Registered().converters, name, "iter != this->converters.end()");
   return c->ConvertBack(from, to);
 }
 
