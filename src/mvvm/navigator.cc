@@ -34,6 +34,19 @@ bool SendMessage(const char* target, const std::string& title, const std::string
   return Send(request, [](const base::Value&) {});
 }
 
+// One or several files through "pick_file"; `text` is the default shown and
+// receives the answer.
+bool SendPickFile(const std::string& title, const std::string& mime_types, std::string& text,
+                  bool for_save, bool pick_files) {
+  auto* request = new NavigatorRequest("pick_file");
+  request->params["title"] = title;
+  request->params["for_save"] = for_save;
+  request->params["mime_types"] = mime_types;
+  request->params["default"] = text;
+  request->params["pick_files"] = pick_files;
+  return Send(request, [&](const base::Value& r) { text = TextOf(r); });
+}
+
 }  // namespace
 
 void NavigatorRequest::SetPos(int x, int y, bool at_cursor_pos) {
@@ -165,24 +178,12 @@ bool Navigator::Info(const std::string& title, const std::string& content, bool 
 
 bool Navigator::PickFile(const std::string& title, const std::string& mime_types, std::string& path,
                          bool for_save) {
-  auto* request = new NavigatorRequest("pick_file");
-  request->params["title"] = title;
-  request->params["for_save"] = for_save;
-  request->params["mime_types"] = mime_types;
-  request->params["default"] = path;
-  request->params["pick_files"] = false;
-  return Send(request, [&](const base::Value& r) { path = TextOf(r); });
+  return SendPickFile(title, mime_types, path, for_save, false);
 }
 
 bool Navigator::PickFiles(const std::string& title, const std::string& mime_types,
                           std::string& paths) {
-  auto* request = new NavigatorRequest("pick_file");
-  request->params["title"] = title;
-  request->params["for_save"] = false;
-  request->params["mime_types"] = mime_types;
-  request->params["default"] = paths;
-  request->params["pick_files"] = true;
-  return Send(request, [&](const base::Value& r) { paths = TextOf(r); });
+  return SendPickFile(title, mime_types, paths, false, true);
 }
 
 bool Navigator::InputInt(const std::string& title, const std::string& label, int& value, int min,
