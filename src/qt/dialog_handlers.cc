@@ -1,5 +1,9 @@
 #include "qt/dialog_handlers.h"
 
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
 #include <QColor>
 #include <QColorDialog>
 #include <QFileDialog>
@@ -45,18 +49,26 @@ bool ShowMessage(NavigatorRequest* request, QMessageBox::Icon icon,
   return true;
 }
 
+// A number from a request as an int, saturated at the int range (NaN gives
+// 0): a request may carry any number, and converting one out of range is
+// undefined behaviour.
+int SaturatedInt(double d) {
+  if (std::isnan(d)) return 0;
+  return static_cast<int>(
+      std::clamp(d, static_cast<double>(INT_MIN), static_cast<double>(INT_MAX)));
+}
+
 // The range of an input dialog: the full int range when min and max are the
 // same (or both absent).
-template <typename T>
-void Range(NavigatorRequest* request, T& min, T& max) {
+void Range(NavigatorRequest* request, double& min, double& max) {
   const base::Value& lo = request->params["min"];
   const base::Value& hi = request->params["max"];
   if (lo.Cmp(hi) == 0 || (lo.IsNull() && hi.IsNull())) {
     min = -2147483647;
     max = 2147483647;
   } else {
-    min = static_cast<T>(lo.F64());
-    max = static_cast<T>(hi.F64());
+    min = lo.F64();
+    max = hi.F64();
   }
 }
 
@@ -137,12 +149,12 @@ bool InputTextHandler::OnRequest(NavigatorRequest* request) {
 }
 
 bool InputIntHandler::OnRequest(NavigatorRequest* request) {
-  int min = 0, max = 0;
+  double min = 0, max = 0;
   Range(request, min, max);
   bool ok = false;
-  const int value =
-      QInputDialog::getInt(nullptr, Latin1(request, "title"), Latin1(request, "label"),
-                           request->params["default"].I32(), min, max, 1, &ok, {});
+  const int value = QInputDialog::getInt(nullptr, Latin1(request, "title"),
+                                         Latin1(request, "label"), request->params["default"].I32(),
+                                         SaturatedInt(min), SaturatedInt(max), 1, &ok, {});
   request->OnResult(base::Value(value));
   return ok;
 }
@@ -155,7 +167,7 @@ bool InputFloatHandler::OnRequest(NavigatorRequest* request) {
       QInputDialog::getDouble(nullptr, Latin1(request, "title"), Latin1(request, "label"),
                               request->params["default"].F64(), min, max, 1, &ok, {});
   // Deliberately the whole part only, as an integer.
-  request->OnResult(base::Value(static_cast<int>(value)));
+  request->OnResult(base::Value(SaturatedInt(value)));
   return ok;
 }
 

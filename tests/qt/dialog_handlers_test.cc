@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -97,6 +99,26 @@ TEST(DialogHandlersTest, InputTextIntAndFloat) {
     EXPECT_TRUE(Navigator::InputFloat("Ratio", "Ratio", value, 0, 0));
     EXPECT_EQ(value, typed > 0 ? 2.0 : -2.0);  // only the whole part comes back
   }
+}
+
+// A request may carry any numbers: ranges and answers beyond int saturate.
+TEST(DialogHandlersTest, InputRangesBeyondInt) {
+  auto* request = new vm::NavigatorRequest("input_int");
+  request->params["min"] = -1e20, request->params["max"] = 1e30;
+  OnNextDialog<QInputDialog>([](QInputDialog* d) {
+    EXPECT_EQ(d->intMinimum(), INT_MIN);
+    EXPECT_EQ(d->intMaximum(), INT_MAX);
+    d->setIntValue(INT_MIN), d->accept();
+  });
+  EXPECT_TRUE(Navigator::To(request));
+  EXPECT_EQ(request->result.I64(), INT_MIN);
+
+  request->target = "input_float";
+  request->params["min"] = -1e300, request->params["max"] = 1e300;
+  OnNextDialog<QInputDialog>([](QInputDialog* d) { d->setDoubleValue(1e12), d->accept(); });
+  EXPECT_TRUE(Navigator::To(request));
+  EXPECT_EQ(request->result.I64(), INT_MAX);
+  request->Release();
 }
 
 TEST(DialogHandlersTest, PickColor) {
