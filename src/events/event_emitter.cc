@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "base/log.h"
+
 namespace events {
 
 namespace {
@@ -18,6 +20,7 @@ EventEmitter::~EventEmitter() {
 }
 
 bool EventEmitter::On(const std::string& type, EventListener* l) {
+  OVUI_CHECK(l != NULL, false);
   auto& list = this->listeners[type];
   if (std::find(list.begin(), list.end(), l) != list.end()) return true;
   l->AddRef();
@@ -44,6 +47,7 @@ bool EventEmitter::Exist(const std::string& type, EventListener* l) const {
 }
 
 bool EventEmitter::Emit(Event* e) {
+  OVUI_CHECK(e != NULL, false);
   auto it = this->last;
   if (it == this->listeners.end() || it->first != e->GetType()) {
     it = this->listeners.find(e->GetType());

@@ -23,11 +23,13 @@ class EventEmitter : public base::RefObj<EventEmitter>, public base::NoneClonabl
   EventEmitter() = default;
   ~EventEmitter() override;
 
-  // Registers `l` for `type` and takes a reference; a repeat is ignored.
+  // Registers `l` for `type` and takes a reference; a repeat is ignored, a
+  // null `l` is logged and refused.
   bool On(const std::string& type, EventListener* l);
   // Unregisters `l` and releases the emitter's reference; unknown pairs are ignored.
   bool Off(const std::string& type, EventListener* l);
   bool Exist(const std::string& type, EventListener* l) const;
+  // False (logged) only for a null `e`.
   bool Emit(Event* e);
   // Releases every listener and forgets every type.
   bool Reset();

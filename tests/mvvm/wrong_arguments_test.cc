@@ -12,6 +12,7 @@
 #include "base/str_token.h"
 #include "base/str_utils.h"
 #include "base/thread.h"
+#include "events/event_emitter.h"
 #include "mvvm/command_binding.h"
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/navigator.h"
@@ -112,6 +113,8 @@ TEST(WrongArgumentsTest, NullPointers) {
        [] { return vm::CommandBindingParser::ToString(nullptr).empty(); }},
       {"RegisterHandler", "target.size() && handler != NULL",
        [] { return !vm::Navigator::RegisterHandler("toast", nullptr); }},
+      {"On", "l != NULL", [] { return !events::EventEmitter().On("x", nullptr); }},
+      {"Emit", "e != NULL", [] { return !events::EventEmitter().Emit(nullptr); }},
       {"To", "request != NULL",
        [] { return !vm::Navigator::To(static_cast<vm::NavigatorRequest*>(nullptr)); }},
   });

@@ -27,5 +27,9 @@ TEST(MoveWidgetTest, PlacementRules) {
   request->SetPos(12, 13, false);
   vm::HandlePos(&w, request);
   EXPECT_EQ(w.pos(), QPoint(12, 13));
+  vm::HandlePos(&w, nullptr);  // no request: left where it is
+  vm::HandlePos(nullptr, request);
+  vm::MoveWidget(nullptr, 1, 2, true);
+  EXPECT_EQ(w.pos(), QPoint(12, 13));
   request->Release();
 }
