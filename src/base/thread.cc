@@ -63,6 +63,10 @@ void Thread::Reset() {
 
 void Thread::Clear() {
   std::lock_guard<std::mutex> guard(this->lock);
+  ClearFields();
+}
+
+void Thread::ClearFields() {
   this->arg = nullptr;
   this->running = false;
   this->handle = 0;
@@ -99,7 +103,10 @@ __attribute__((no_sanitize("null"))) void* Thread::Entry(void* self) {
     Log(__FILE__, __LINE__, 2, "Thread Exception.\n");
   }
   Log(__FILE__, __LINE__, 0, "Thread Exit\n");
-  t->Clear();
+  // A second Start may have handed the object to a newer worker: its fields
+  // are that worker's to clear.
+  std::lock_guard<std::mutex> guard(t->lock);
+  if (pthread_equal(t->handle, pthread_self())) t->ClearFields();
   return nullptr;
 }
 

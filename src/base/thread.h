@@ -39,6 +39,8 @@ class Thread {
  private:
   static void* Entry(void* self);
   void Clear();
+  // Clear() for a caller that holds `lock`.
+  void ClearFields();
   // Reaps a thread that has finished but was never joined.
   void ReapFinished();
 
