@@ -10,16 +10,14 @@ namespace base {
 
 const Value Value::null;
 
-namespace {
-
-// Truncates toward zero; NaN reads 0 and out-of-range values saturate, where
-// a plain cast would be undefined.
 long long TruncToI64(double d) {
   if (std::isnan(d)) return 0;
   if (d >= 9223372036854775807.0) return INT64_MAX;
   if (d <= -9223372036854775808.0) return INT64_MIN;
   return static_cast<long long>(d);
 }
+
+namespace {
 
 const char kEmpty[] = "";
 

@@ -118,6 +118,10 @@ class Value {
   } value_;
 };
 
+// Truncates toward zero; NaN gives 0 and values beyond the 64-bit range
+// saturate, where a plain cast would be undefined.
+long long TruncToI64(double d);
+
 }  // namespace base
 
 #endif  // OVUI_BASE_VALUE_H_

@@ -28,18 +28,18 @@ bool DataBinding::SetPropW(ViewModel* vm, const base::Value& value, std::string&
     return false;
   }
 
-  base::Value v(value);
+  const base::Value* v = &value;
+  base::Value cvalue;
   if (!this->converter.empty()) {
     if (!vm->HasConverter(this->converter)) {
       error = "no converter " + this->converter;
       return false;
     }
-    base::Value cvalue;
     if (!vm->ConvertBack(this->converter, value, cvalue)) {
       error = "converter failed: " + this->converter;
       return false;
     }
-    v = cvalue;
+    v = &cvalue;
   }
 
   // The validator sees the converted value, the one that would be stored.
@@ -48,9 +48,9 @@ bool DataBinding::SetPropW(ViewModel* vm, const base::Value& value, std::string&
       error = "no validator " + this->validator;
       return false;
     }
-    if (!vm->IsValidProp(this->validator, v, error)) return false;
+    if (!vm->IsValidProp(this->validator, *v, error)) return false;
   }
-  return vm->SetPropW(this->path, v);
+  return vm->SetPropW(this->path, *v);
 }
 
 }  // namespace vm

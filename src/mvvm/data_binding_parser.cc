@@ -1,6 +1,7 @@
 #include "mvvm/data_binding_parser.h"
 
 #include "base/log.h"
+#include "base/str_token.h"
 #include "base/str_utils.h"
 
 namespace vm {
@@ -14,18 +15,13 @@ DataBinding* DataBindingParser::FromString(const std::string& str) {
 }
 
 bool DataBindingParser::FromString(const std::string& str, std::vector<DataBinding*>& bindings) {
-  size_t start = 0;
-  while (start < str.size()) {
-    const size_t stop = str.find_first_of("\r\n", start);
-    const size_t len = (stop == std::string::npos ? str.size() : stop) - start;
-    if (len > 0) {
-      DataBinding* binding = FromString(str.substr(start, len));
-      if (binding) bindings.push_back(binding);
-    }
-    if (stop == std::string::npos) break;
-    start = stop + 1;
-  }
-  return true;
+  // Runs of line ends separate the rules, so blank lines give no token.
+  const auto add = [](void* list, const std::string& line) {
+    if (DataBinding* binding = FromString(line))
+      static_cast<std::vector<DataBinding*>*>(list)->push_back(binding);
+    return true;
+  };
+  return base::StrToTokens(str, add, &bindings, "\r\n");
 }
 
 std::string DataBindingParser::ToString(const DataBinding* binding) {

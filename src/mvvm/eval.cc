@@ -1,5 +1,6 @@
 #include "mvvm/eval.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdint>
@@ -11,6 +12,8 @@
 #include <unordered_map>
 
 #include "base/file_utils.h"
+#include "base/str_utils.h"
+#include "base/value.h"
 
 namespace vm {
 
@@ -77,15 +80,8 @@ bool IsBlank(char c) {
   return c != '\0' && static_cast<unsigned char>(c) < '!';
 }
 
-long long SaturatingInt64(double d) {
-  if (std::isnan(d)) return 0;
-  if (d >= 9223372036854775808.0) return std::numeric_limits<long long>::max();
-  if (d < -9223372036854775808.0) return std::numeric_limits<long long>::min();
-  return static_cast<long long>(d);
-}
-
 uint32_t ToU32(double d) {
-  return static_cast<uint32_t>(static_cast<uint64_t>(SaturatingInt64(d)));
+  return static_cast<uint32_t>(static_cast<uint64_t>(base::TruncToI64(d)));
 }
 
 using TextBuffer = char[64];
@@ -260,9 +256,7 @@ class Lexer {
 std::string CurrentDirectory() {
   std::string dir = base::FileUtils::GetCWD();
   dir.pop_back();  // the helper's trailing backslash
-  for (char& c : dir) {
-    if (c == '\\') c = '/';
-  }
+  std::replace(dir.begin(), dir.end(), '\\', '/');
   if (dir.empty() || dir.back() != '/') dir += '/';
   return dir;
 }
@@ -275,9 +269,7 @@ int CallBuiltin(int index, EvalValue& v) {
       return EVAL_OK;
     case 1: {  // path
       std::string path = TextOf(v, buf);
-      for (char& c : path) {
-        if (c == '\\') c = '/';
-      }
+      std::replace(path.begin(), path.end(), '\\', '/');
       if (path.empty() || path[0] != '/') path.insert(0, CurrentDirectory());
       v.SetString(std::move(path));
       return EVAL_OK;
@@ -287,12 +279,8 @@ int CallBuiltin(int index, EvalValue& v) {
       return EVAL_OK;
     case 3:    // toupper
     case 4: {  // tolower
-      std::string s = TextOf(v, buf);
-      for (char& c : s) {
-        const int u = static_cast<unsigned char>(c);
-        c = static_cast<char>(index == 3 ? std::toupper(u) : std::tolower(u));
-      }
-      v.SetString(std::move(s));
+      const std::string s = TextOf(v, buf);
+      v.SetString(index == 3 ? base::StrUtils::ToUpper(s) : base::StrUtils::ToLower(s));
       return EVAL_OK;
     }
     default:
@@ -795,7 +783,7 @@ void EvalResultToValue(const EvalValue& result, base::Value& out) {
   if (d > whole) {
     out.F64(d);
   } else {
-    out.I64(SaturatingInt64(whole));
+    out.I64(base::TruncToI64(whole));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cmath>
 
 #include <QColor>
 #include <QColorDialog>
@@ -13,6 +12,7 @@
 #include <QTimer>
 
 #include "base/file_utils.h"
+#include "base/value.h"
 #include "qt/message_box_ex.h"
 
 namespace vm {
@@ -53,9 +53,7 @@ bool ShowMessage(NavigatorRequest* request, QMessageBox::Icon icon,
 // 0): a request may carry any number, and converting one out of range is
 // undefined behaviour.
 int SaturatedInt(double d) {
-  if (std::isnan(d)) return 0;
-  return static_cast<int>(
-      std::clamp(d, static_cast<double>(INT_MIN), static_cast<double>(INT_MAX)));
+  return static_cast<int>(std::clamp<long long>(base::TruncToI64(d), INT_MIN, INT_MAX));
 }
 
 // The range of an input dialog: the full int range when min and max are the
