@@ -86,6 +86,8 @@ bool ViewModelArray::Remove(unsigned int index) {
     EmitItemEvent("item-remove", item, static_cast<int>(index));
     EmitPropsChange();  // "_size_" changed
   }
+  // Read while the child is alive: the selection may be it or lie inside it.
+  ViewModel* const stale = SelectedAmong({item});
   item->SetParent(nullptr);
   item->Release();
 
@@ -96,6 +98,13 @@ bool ViewModelArray::Remove(unsigned int index) {
   } else {
     this->current = 0;
     this->current_view_model = nullptr;
+  }
+  // Nothing above selected another child (a filter may hide this array from
+  // its parent): never keep pointing at the released one.
+  ViewModelArray* root = RootArray();
+  if (stale && root->current_view_model == stale) {
+    root->current_view_model = nullptr;
+    root->current = 0;
   }
   return true;
 }
@@ -220,15 +229,18 @@ ViewModelArray* ViewModelArray::RootArray() const {
 }
 
 void ViewModelArray::ForgetCurrentAmong(const std::vector<ViewModel*>& released) {
+  if (!SelectedAmong(released)) return;
   ViewModelArray* root = RootArray();
-  for (ViewModel* v = root->current_view_model; v; v = v->GetParent()) {
-    if (std::find(released.begin(), released.end(), v) != released.end()) {
-      root->current_view_model = nullptr;
-      root->current = 0;
-      return;
-    }
-    if (v == this) return;
+  root->current_view_model = nullptr;
+  root->current = 0;
+}
+
+ViewModel* ViewModelArray::SelectedAmong(const std::vector<ViewModel*>& among) const {
+  ViewModel* const selected = RootArray()->current_view_model;
+  for (ViewModel* v = selected; v && v != this; v = v->GetParent()) {
+    if (std::find(among.begin(), among.end(), v) != among.end()) return selected;
   }
+  return nullptr;
 }
 
 bool ViewModelArray::GetSizeProp(base::Value& v) const {

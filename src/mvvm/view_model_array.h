@@ -91,6 +91,9 @@ class ViewModelArray : public ViewModel {
   // Forgets the root's current child when it lies among `released` (or
   // below one of them), so that it never points at a released view model.
   void ForgetCurrentAmong(const std::vector<ViewModel*>& released);
+  // The root's selected child when it is one of `among` or lies below one of
+  // them (read before they are released); null otherwise.
+  ViewModel* SelectedAmong(const std::vector<ViewModel*>& among) const;
 
   unsigned int current = 0;
   ViewModel* current_view_model = nullptr;

@@ -70,6 +70,12 @@ struct HideAll : vm::ViewModelArrayExt {
   bool FilterOne(vm::ViewModel*, const std::string&) override { return false; }
 };
 
+struct HideLists : vm::ViewModelArrayExt {
+  bool FilterOne(vm::ViewModel* item, const std::string&) override {
+    return !dynamic_cast<vm::ViewModelArray*>(item);
+  }
+};
+
 }  // namespace
 
 // Null pointers, unknown names and targets, indices past the end, calls in
@@ -253,4 +259,20 @@ TEST(DestructionOrderTest, ChildrenOutliveTheirContainers) {
     EXPECT_EQ(survivor->RefCount(), 1);
     survivor->Release();
   }
+}
+
+// The last child of a nested list that a filter hides from its parent: the
+// root's selection must not keep pointing at it once it is released.
+TEST(DestructionOrderTest, SelectionInAHiddenListIsDroppedWithIt) {
+  int destroyed = 0;
+  auto* root = new HideLists();
+  auto* nested = new vm::ViewModelArray();
+  root->Add(nested), root->Filter("lists");
+  auto* child = new Tracked<vm::ViewModel>(&destroyed);
+  nested->Add(child);
+  ASSERT_EQ(root->GetCurrentViewModel(), child);
+  EXPECT_TRUE(nested->Remove(0));
+  EXPECT_EQ(destroyed, 1);
+  EXPECT_EQ(root->GetCurrentViewModel(), nullptr);
+  root->Release();
 }
