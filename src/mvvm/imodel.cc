@@ -20,17 +20,6 @@ struct PropChangeEvent : events::Event {
   base::Value* kind = nullptr;
 };
 
-PropChangeEvent* Reusable(events::Event* e) {
-  return static_cast<PropChangeEvent*>(e);
-}
-
-// A view request may have retyped the reused event; compared as a string
-// of known length rather than against a C string.
-void RetypeAsChange(events::Event* e) {
-  static const std::string type(kPropChanged);
-  if (e->GetType() != type) e->SetType(type);
-}
-
 }  // namespace
 
 IModel::~IModel() {
@@ -68,36 +57,57 @@ bool IModel::UnblockEvents() {
   return true;
 }
 
-bool IModel::EmitPropChange(const std::string& name, const base::Value& old,
-                            const base::Value& value) {
-  if (!this->emitter || !this->event) return false;
-  RetypeAsChange(this->event);
-  SetNameAndKind(name, kPropChange, sizeof(kPropChange) - 1);
-  PropChangeEvent* e = Reusable(this->event);
-  if (!e->old) {
-    e->old = &e->Param("old");
-    e->value = &e->Param("value");
+IModel::EventLease::EventLease(IModel* owner, const std::string& type) : owner(owner) {
+  if (!owner->emitter || !owner->event) return;
+  if (owner->event_leased) {
+    this->event = new PropChangeEvent();
+    this->own = true;
+  } else {
+    this->event = owner->event;
+    owner->event_leased = true;
   }
-  *e->old = old;
-  *e->value = value;
-  return Emit(this->event);
+  // Compared first: the reused event usually has the type already.
+  if (this->event->GetType() != type) this->event->SetType(type);
 }
 
-void IModel::SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len) {
-  PropChangeEvent* e = Reusable(this->event);
+IModel::EventLease::~EventLease() {
+  if (this->own) {
+    this->event->Release();
+  } else if (this->event) {
+    this->owner->event_leased = false;
+  }
+}
+
+bool IModel::EmitPropChange(const std::string& name, const base::Value& old,
+                            const base::Value& value) {
+  return EmitChange(name, kPropChange, sizeof(kPropChange) - 1, &old, &value);
+}
+
+bool IModel::EmitPropsChange() {
+  return EmitChange(std::string(), kPropsChange, sizeof(kPropsChange) - 1, nullptr, nullptr);
+}
+
+bool IModel::EmitChange(const std::string& name, const char* kind, unsigned kind_len,
+                        const base::Value* old, const base::Value* value) {
+  static const std::string type(kPropChanged);
+  EventLease lease(this, type);
+  PropChangeEvent* e = static_cast<PropChangeEvent*>(lease.get());
+  if (!e) return false;
   if (!e->name) {
     e->name = &e->Param("name");
     e->kind = &e->Param("kind");
   }
   e->name->StrIfChanged(name.c_str(), static_cast<unsigned>(name.size()));
   e->kind->StrIfChanged(kind, kind_len);
-}
-
-bool IModel::EmitPropsChange() {
-  if (!this->emitter || !this->event) return false;
-  SetNameAndKind(std::string(), kPropsChange, sizeof(kPropsChange) - 1);
-  RetypeAsChange(this->event);
-  return Emit(this->event);
+  if (old) {
+    if (!e->old) {
+      e->old = &e->Param("old");
+      e->value = &e->Param("value");
+    }
+    *e->old = *old;
+    *e->value = *value;
+  }
+  return Emit(e);
 }
 
 }  // namespace vm

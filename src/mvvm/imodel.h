@@ -18,7 +18,9 @@ namespace vm {
 // "PropChange" (with "name", "old", "value") or "PropsChange" (all
 // properties, "name" empty). Parameters are only ever overwritten, so a
 // "PropsChange" still carries the "old" and "value" of the last
-// "PropChange": listeners look at "kind" first.
+// "PropChange": listeners look at "kind" first. A change announced while
+// another is being delivered (a listener writing a property) goes out in an
+// event of its own, so the outer delivery's listeners still read theirs.
 //
 // Events can be blocked (calls nest). Changes made while blocked are dropped,
 // not queued; call EmitPropsChange() afterwards to resynchronise listeners.
@@ -48,12 +50,33 @@ class IModel : public base::RefObj<IModel>, public base::NoneClonable {
   bool IsBlocked() const { return this->block_event_nr != 0; }
 
  protected:
+  // The event to announce through: the reusable one, or, while that one is
+  // being delivered, an event of its own, so that a listener announcing
+  // something else does not rewrite what the outer delivery's remaining
+  // listeners read. Empty (null) when nobody listens.
+  class EventLease {
+   public:
+    EventLease(IModel* owner, const std::string& type);
+    ~EventLease();
+    EventLease(const EventLease&) = delete;
+    EventLease& operator=(const EventLease&) = delete;
+    events::Event* get() const { return this->event; }
+
+   private:
+    IModel* owner;
+    events::Event* event = nullptr;
+    bool own = false;
+  };
+
   int block_event_nr = 0;
   events::Event* event = nullptr;
   events::EventEmitter* emitter = nullptr;
 
  private:
-  void SetNameAndKind(const std::string& name, const char* kind, unsigned kind_len);
+  bool EmitChange(const std::string& name, const char* kind, unsigned kind_len,
+                  const base::Value* old, const base::Value* value);
+
+  bool event_leased = false;
 };
 
 }  // namespace vm

@@ -292,14 +292,9 @@ void ViewModel::Reset() {
   SetModel(nullptr);
 }
 
-events::Event* ViewModel::Request(const char* type) {
-  if (!this->emitter || !this->event) return nullptr;
-  this->event->SetType(type);
-  return this->event;
-}
-
 bool ViewModel::Rebind(const std::string& name, const std::string& value) {
-  events::Event* e = Request("rebind");
+  EventLease lease(this, "rebind");
+  events::Event* e = lease.get();
   if (!e) return false;
   e->SetParam("name", name);
   e->SetParam("value", value);
@@ -307,7 +302,8 @@ bool ViewModel::Rebind(const std::string& name, const std::string& value) {
 }
 
 bool ViewModel::SetControlMenu(const std::string& name, const MenuData& menu) {
-  events::Event* e = Request("set_menu");
+  EventLease lease(this, "set_menu");
+  events::Event* e = lease.get();
   if (!e) return true;  // no view: nothing to update
   e->SetParam("name", name);
   e->SetParam("value", static_cast<void*>(const_cast<MenuData*>(&menu)));
@@ -315,13 +311,15 @@ bool ViewModel::SetControlMenu(const std::string& name, const MenuData& menu) {
 }
 
 bool ViewModel::CloseWindow() {
-  events::Event* e = Request("close_window");
+  EventLease lease(this, "close_window");
+  events::Event* e = lease.get();
   if (!e) return true;  // no view: nothing to close
   return Emit(e);
 }
 
 bool ViewModel::WindowPos(const std::string& name, int& x, int& y, int& w, int& h) {
-  events::Event* e = Request("window_pos");
+  EventLease lease(this, "window_pos");
+  events::Event* e = lease.get();
   if (!e) return false;
   e->SetParam("name", name);
   if (!Emit(e)) return false;
@@ -333,7 +331,8 @@ bool ViewModel::WindowPos(const std::string& name, int& x, int& y, int& w, int& 
 }
 
 bool ViewModel::SetWindowPos(const std::string& name, int x, int y, int w, int h) {
-  events::Event* e = Request("set_window_pos");
+  EventLease lease(this, "set_window_pos");
+  events::Event* e = lease.get();
   if (!e) return false;
   e->SetParam("name", name);
   e->SetParam("x", x);
@@ -344,7 +343,8 @@ bool ViewModel::SetWindowPos(const std::string& name, int x, int y, int w, int h
 }
 
 bool ViewModel::GetStyleSheet(const std::string& name, std::string& style) {
-  events::Event* e = Request("get_style_sheet");
+  EventLease lease(this, "get_style_sheet");
+  events::Event* e = lease.get();
   if (!e) return false;
   e->SetParam("name", name);
   if (!Emit(e)) return false;
@@ -354,7 +354,8 @@ bool ViewModel::GetStyleSheet(const std::string& name, std::string& style) {
 }
 
 bool ViewModel::SetStyleSheet(const std::string& name, const std::string& style) {
-  events::Event* e = Request("set_style_sheet");
+  EventLease lease(this, "set_style_sheet");
+  events::Event* e = lease.get();
   if (!e) return false;
   e->SetParam("name", name);
   e->SetParam("style_sheet", style);

@@ -121,9 +121,6 @@ class ViewModel : public Model {
   bool SetStyleSheet(const std::string& name, const std::string& style);
 
  protected:
-  // The reusable event prepared as the request `type`, or null when nobody
-  // ever listened.
-  events::Event* Request(const char* type);
   // Clears `child`'s parent link when it names this view model: called on
   // the way out, so that a child its holder keeps never points at a
   // destroyed parent.

@@ -18,7 +18,10 @@ using ovui_test::ToyCommand;
 namespace {
 
 struct ViewModelTest : testing::Test {
-  ViewModelTest() { data->InstallProp("a", &a), data->InstallProp("shared", &shared); }
+  ViewModelTest() {
+    data->InstallProp("a", &a);
+    data->InstallProp("shared", &shared);
+  }
   ~ViewModelTest() override { vm->Release(); }
   int a = 1, shared = 2, model_destroyed = 0;
   vm::Model* data = new ovui_test::Tracked<vm::Model>(&model_destroyed);
@@ -110,8 +113,12 @@ TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {
                vm->SetStyleSheet("main", "x"));
 
   auto* view = new RecordingListener();  // answers window_pos (and close_window, unread)
-  view->hook = [](events::Event* e) { e->SetParam("x", 10), e->SetParam("w", 300); };
-  vm->On("window_pos", view), vm->On("close_window", view);
+  view->hook = [](events::Event* e) {
+    e->SetParam("x", 10);
+    e->SetParam("w", 300);
+  };
+  vm->On("window_pos", view);
+  vm->On("close_window", view);
   EXPECT_TRUE(vm->WindowPos("main", x, y, w, h));
   EXPECT_EQ(std::vector<int>({x, y, w, h}), std::vector<int>({10, 0, 300, 0}));  // absent: 0
   EXPECT_TRUE(vm->GetStyleSheet("main", style) && style.empty());                // unanswered
@@ -126,4 +133,29 @@ TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {
   EXPECT_FALSE(vm->WindowPos("main", x, y, w, h) || vm->CloseWindow());
   EXPECT_EQ(x, 77);
   view->Release();
+}
+
+// A change listener that asks the view something while the change is being
+// delivered: the listeners after it still hear the change.
+TEST_F(ViewModelTest, ARequestDuringAChangeLeavesTheChangeIntact) {
+  auto* asker = new RecordingListener();
+  auto* after = new RecordingListener();
+  int x = 0, y = 0, w = 0, h = 0;
+  asker->hook = [&](events::Event* e) {
+    if (e->GetType() == "prop-changed") {
+      EXPECT_TRUE(vm->WindowPos("main", x, y, w, h));
+    }
+  };
+  vm->On("prop-changed", asker);
+  vm->On("window_pos", asker);
+  vm->On("prop-changed", after);
+  EXPECT_TRUE(vm->EmitPropChange("title", Value("a"), Value("b")));
+  EXPECT_EQ(after->events,
+            std::vector<std::string>{"prop-changed:kind=PropChange name=title old=a value=b "});
+  EXPECT_EQ(asker->events.back(), "window_pos:name=main ");
+  vm->Off("prop-changed", asker);
+  vm->Off("window_pos", asker);
+  vm->Off("prop-changed", after);
+  asker->Release();
+  after->Release();
 }
