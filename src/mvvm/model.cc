@@ -283,7 +283,10 @@ bool Model::InstallProp(const std::string& name, Getter getter, Setter setter) {
 
 bool Model::InstallProp(const std::string& name, const std::string& type_name, void* addr,
                         unsigned size) {
-  const char code = StorageCode(type_name, size);
+  return InstallVariable(name, StorageCode(type_name, size), addr, size);
+}
+
+bool Model::InstallVariable(const std::string& name, char code, void* addr, unsigned size) {
   Prop& p = Slot(name);
   p = Prop();
   p.type = code;

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <string>
 #include <type_traits>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -61,13 +60,47 @@ class Model : public IModel {
     static_assert(std::is_base_of<Model, T>::value, "accessors must belong to a Model");
     return InstallProp(name, static_cast<Getter>(getter), static_cast<Setter>(nullptr));
   }
-  // A variable, typed by the compiler: InstallProp("age", &this->age).
+  // The storage code of a variable of type T, or 0 when T cannot be stored:
+  // bool, signed and unsigned integers of 1, 2, 4 or 8 bytes (not the
+  // character types char, wchar_t, char16_t, char32_t), float, double and
+  // std::string.
+  template <typename T>
+  static constexpr char StorageCodeOf() {
+    using U = std::remove_cv_t<T>;
+    constexpr bool character = std::is_same<U, char>::value || std::is_same<U, wchar_t>::value ||
+                               std::is_same<U, char16_t>::value || std::is_same<U, char32_t>::value;
+    if constexpr (std::is_same<U, std::string>::value) return 'z';
+    if constexpr (std::is_same<U, bool>::value) return 'b';
+    if constexpr (std::is_same<U, float>::value) return 'f';
+    if constexpr (std::is_same<U, double>::value) return 'd';
+    if constexpr (std::is_integral<U>::value && !character) {
+      constexpr bool is_signed = std::is_signed<U>::value;
+      switch (sizeof(U)) {
+        case 1:
+          return is_signed ? 'a' : 'h';
+        case 2:
+          return is_signed ? 's' : 't';
+        case 4:
+          return is_signed ? 'i' : 'j';
+        case 8:
+          return is_signed ? 'x' : 'y';
+        default:
+          break;
+      }
+    }
+    return 0;
+  }
+  template <typename T>
+  static constexpr bool kInstallable = StorageCodeOf<T>() != 0;
+
+  // A variable, typed by the compiler: InstallProp("age", &this->age). Types
+  // that cannot be stored (see StorageCodeOf) do not compile.
   template <typename T>
   bool InstallProp(const std::string& name, T* addr) {
-    static_assert(std::is_arithmetic<T>::value || std::is_same<T, std::string>::value,
-                  "only arithmetic types and std::string can be installed");
-    static const std::string type_name = typeid(T).name();
-    return InstallProp(name, type_name, addr, sizeof(T));
+    static_assert(kInstallable<T>,
+                  "only bool, non-character integers, float, double and std::string can be "
+                  "installed");
+    return InstallVariable(name, StorageCodeOf<T>(), addr, sizeof(T));
   }
 
  protected:
@@ -103,6 +136,7 @@ class Model : public IModel {
   std::vector<std::pair<const std::string*, Prop>> props;
 
  private:
+  bool InstallVariable(const std::string& name, char code, void* addr, unsigned size);
   Prop& Slot(const std::string& name);
   static const Accessors* SharedAccessors(Getter getter, Setter setter);
 };

@@ -15,7 +15,10 @@ namespace {
 
 struct ModelTest : testing::Test {
   ModelTest() { model->InstallProp("p", "i", &p, 4); }
-  ~ModelTest() override { model->Release(), listener->Release(); }
+  ~ModelTest() override {
+    model->Release();
+    listener->Release();
+  }
   int p = 0;
   vm::Model* model = new vm::Model();
   RecordingListener* listener = new RecordingListener();
@@ -47,6 +50,55 @@ TEST_F(ModelTest, StorageCodesAndTypeNamesRoundTrip) {
     char buf[64];
     EXPECT_STREQ(out.ToStr(buf, sizeof(buf)), text);
   }
+}
+
+// The typed install picks its storage from the type itself, on every
+// standard library, and refuses what it cannot store.
+TEST_F(ModelTest, TypedVariablesRoundTrip) {
+  static_assert(vm::Model::kInstallable<std::string> && vm::Model::kInstallable<unsigned long>);
+  static_assert(!vm::Model::kInstallable<char> && !vm::Model::kInstallable<long double> &&
+                !vm::Model::kInstallable<wchar_t> && !vm::Model::kInstallable<int*>);
+  std::string text;
+  unsigned long long big = 0;
+  signed char small = 0;
+  bool flag = false;
+  ASSERT_TRUE(model->InstallProp("text", &text));
+  ASSERT_TRUE(model->InstallProp("big", &big));
+  ASSERT_TRUE(model->InstallProp("small", &small));
+  ASSERT_TRUE(model->InstallProp("flag", &flag));
+  EXPECT_TRUE(model->SetPropW("text", Value("hello")));
+  EXPECT_TRUE(model->SetPropW("big", Value(-1)));
+  EXPECT_TRUE(model->SetPropW("small", Value(-7)));
+  EXPECT_TRUE(model->SetPropW("flag", Value(true)));
+  EXPECT_EQ(text, "hello");
+  EXPECT_EQ(big, ~0ULL);
+  EXPECT_EQ(small, -7);
+  EXPECT_TRUE(flag);
+  Value v;
+  EXPECT_TRUE(model->GetPropW("text", v));
+  EXPECT_STREQ(v.Str(), "hello");
+}
+
+// A listener that writes again while a change is delivered: the listeners
+// after it still read the change they were sent, not the nested one.
+TEST_F(ModelTest, NestedChangesDoNotRewriteTheOuterDelivery) {
+  int q = 0;
+  model->InstallProp("q", &q);
+  RecordingListener* writer = new RecordingListener();
+  writer->hook = [&](events::Event* e) {
+    if (e->GetParam("name").Str() == std::string("p")) model->SetPropW("q", Value(5));
+  };
+  model->On("prop-changed", writer);
+  model->On("prop-changed", listener);
+  EXPECT_TRUE(model->SetPropW("p", Value(1)));
+  EXPECT_EQ(listener->events,
+            (std::vector<std::string>{"prop-changed:kind=PropChange name=q old=0 value=5 ",
+                                      "prop-changed:kind=PropChange name=p old=0 value=1 "}));
+  listener->events.clear();
+  EXPECT_TRUE(model->SetPropW("p", Value(2)));  // the reused event is free again
+  EXPECT_EQ(listener->events,
+            (std::vector<std::string>{"prop-changed:kind=PropChange name=p old=1 value=2 "}));
+  writer->Release();
 }
 
 TEST(ModelDeathTest, SizeMismatchAndUnsupportedTypesStopTheProgram) {
@@ -97,7 +149,11 @@ TEST_F(ModelTest, RefusalsWithoutListenersOrProperty) {
 TEST(AccessorModelTest, SetterOnlyProperty) {
   struct Person : vm::Model {
     Person() { InstallProp("age", nullptr, static_cast<Setter>(&Person::SetAge)); }
-    bool SetAge(const Value& v) { return v.I64() >= 0 && (age = v.I32(), true); }
+    bool SetAge(const Value& v) {
+      if (v.I64() < 0) return false;
+      age = v.I32();
+      return true;
+    }
     int age = 30;
   } p;
   EXPECT_TRUE(p.SetPropW("age", Value(31)));
