@@ -1,5 +1,7 @@
 #include "qt/timer.h"
 
+#include <QPointer>
+
 namespace vm {
 
 Timer::Timer(const std::string& name, int interval_ms, TimerHandler* handler, QObject* parent)
@@ -22,7 +24,12 @@ void Timer::Stop() {
 }
 
 void Timer::OnTimer() {
-  if (this->handler && !this->handler->OnTimer(this->name)) this->timer.stop();
+  if (!this->handler) return;
+  // The handler may delete this timer: hand it a name of its own and look
+  // at nothing of ours afterwards unless we still exist.
+  const QPointer<Timer> alive(this);
+  const std::string name = this->name;
+  if (!this->handler->OnTimer(name) && alive) this->timer.stop();
 }
 
 }  // namespace vm

@@ -18,6 +18,7 @@ class TimerHandler {
 // A named, repeating timer on the Qt event loop of its thread that calls its
 // handler on every tick until the handler answers false. The handler is not
 // owned: it must outlive the timer or be detached with SetHandler(nullptr).
+// The handler may delete the timer from OnTimer.
 class Timer : public QObject {
   Q_OBJECT
 

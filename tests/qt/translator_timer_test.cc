@@ -51,3 +51,20 @@ TEST(TimerTest, StopsWhenTheHandlerSaysSo) {
   QCoreApplication::processEvents();
   EXPECT_TRUE(idle.IsActive());
 }
+
+TEST(TimerTest, AHandlerMayDeleteItsTimer) {
+  struct Deleting : vm::TimerHandler {
+    bool OnTimer(const std::string& name) override {
+      names.push_back(name);
+      delete timer;
+      timer = nullptr;
+      return false;
+    }
+    vm::Timer* timer = nullptr;
+    std::vector<std::string> names;
+  } handler;
+  handler.timer = new vm::Timer("once", 1, &handler);
+  handler.timer->Start();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return handler.timer == nullptr; }, 2000));
+  EXPECT_EQ(handler.names, std::vector<std::string>{"once"});
+}
