@@ -39,7 +39,8 @@ bool ViewModelArray::AddWithoutSetCurrent(ViewModel* item, int index, bool keep_
   const bool announce = !IsBlocked();
   // A child that will be refused is not announced: a view told "before-item-add"
   // would wait for an "item-add" that never comes.
-  const bool acceptable = item && (!item->GetParent() || item->GetParent() == this);
+  const bool acceptable =
+      item && (!item->GetParent() || (item->GetParent() == this && IndexOf(item) < 0));
   if (announce && acceptable) {
     if (index < 0 || index > static_cast<int>(Size())) index = static_cast<int>(Size());
     EmitItemEvent("before-item-add", item, index);
@@ -59,6 +60,9 @@ bool ViewModelArray::Add(std::vector<ViewModel*>& items, ViewModel* item, int& i
   OVUI_CHECK(item != NULL, false);
   ViewModel* parent = item->GetParent();
   OVUI_CHECK(parent == NULL || parent == this, false);
+  // Held twice, the child would be released twice. Only a child parented
+  // here can be in the list, so the search is rarely needed.
+  OVUI_CHECK(parent == NULL || !Contains(items, item), false);
   if (index < 0 || index > static_cast<int>(items.size())) {
     items.push_back(item);
     index = static_cast<int>(items.size()) - 1;
@@ -93,11 +97,14 @@ bool ViewModelArray::Remove(unsigned int index) {
 
   if (Size() > 0) {
     SetCurrent(std::min(GetCurrent(), Size() - 1));
-  } else if (auto* parent_array = dynamic_cast<ViewModelArray*>(GetParent())) {
-    parent_array->SetCurrent(static_cast<unsigned int>(parent_array->IndexOf(this)));
   } else {
+    // Every array keeps its own selection true, not only the root: a nested
+    // array that is detached later becomes a root and reads it.
     this->current = 0;
     this->current_view_model = nullptr;
+    if (auto* parent_array = dynamic_cast<ViewModelArray*>(GetParent())) {
+      parent_array->SetCurrent(static_cast<unsigned int>(parent_array->IndexOf(this)));
+    }
   }
   // Nothing above selected another child (a filter may hide this array from
   // its parent): never keep pointing at the released one.
@@ -226,6 +233,18 @@ ViewModelArray* ViewModelArray::RootArray() const {
   while (auto* up = dynamic_cast<ViewModelArray*>(root->GetParent()))
     root = up;
   return root;
+}
+
+void ViewModelArray::ForgetSelected(ViewModel* item) {
+  if (this->current_view_model == item) {
+    this->current = 0;
+    this->current_view_model = nullptr;
+  }
+  ForgetCurrentAmong({item});
+}
+
+bool ViewModelArray::Contains(const std::vector<ViewModel*>& items, const ViewModel* item) {
+  return std::find(items.begin(), items.end(), item) != items.end();
 }
 
 void ViewModelArray::ForgetCurrentAmong(const std::vector<ViewModel*>& released) {

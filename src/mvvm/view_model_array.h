@@ -13,7 +13,8 @@ namespace vm {
 //
 // Children are adopted with the caller's reference and released when removed
 // or reset; a child without a parent gets this array as its parent, and a
-// child that belongs to another array is refused. Properties "_size_"
+// child that belongs to another array, or is already in this one, is
+// refused. Properties "_size_"
 // (read-only) and "_current_" are built in.
 //
 // Events, each emitted on this array and then, when the array is nested, on
@@ -88,6 +89,10 @@ class ViewModelArray : public ViewModel {
   void EmitItemEvent(const char* type, ViewModel* item, int index);
   // The topmost array of the nest this array belongs to (itself if none).
   ViewModelArray* RootArray() const;
+  // Forgets every selection that names `item` or lies below it (this
+  // array's own and the root's), for a child leaving without Remove(index).
+  void ForgetSelected(ViewModel* item);
+  static bool Contains(const std::vector<ViewModel*>& items, const ViewModel* item);
   // Forgets the root's current child when it lies among `released` (or
   // below one of them), so that it never points at a released view model.
   void ForgetCurrentAmong(const std::vector<ViewModel*>& released);

@@ -19,8 +19,10 @@ struct ViewModelArrayTest : testing::Test {
     root->Add(nested);
     for (const char* type :
          {"before-item-add", "item-add", "before-item-remove", "item-remove", "current-changed",
-          "before-remove-all", "remove-all", "rebind", "resize-height", "update-model"})
-      root->On(type, &on_root), nested->On(type, &on_nest);
+          "before-remove-all", "remove-all", "rebind", "resize-height", "update-model"}) {
+      root->On(type, &on_root);
+      nested->On(type, &on_nest);
+    }
   }
   ~ViewModelArrayTest() override { base::SafeRelease(root); }
   vm::ViewModel* New() { return new ovui_test::Tracked<vm::ViewModel>(&destroyed); }
@@ -33,14 +35,16 @@ struct ViewModelArrayTest : testing::Test {
 
 }  // namespace
 
-TEST_F(ViewModelArrayTest, AddsAndRemovesMoveTheCurrentPosition) {
-  vm::ViewModel *a = New(), *b = New(), *c = New(), *other = New();
+TEST_F(ViewModelArrayTest, AddsAnnounceTheirPositionAndBecomeCurrent) {
+  vm::ViewModel *a = New(), *b = New(), *c = New();
   std::vector<void*> added;  // "item" and "parent" of the last "item-add"
   on_root.hook = [&](events::Event* e) {
     if (e->GetType() == "item-add")
       added = {e->GetParam("item").Pointer(), e->GetParam("parent").Pointer()};
   };
-  EXPECT_TRUE(nested->Add(a, -5) && nested->Add(b, 99) && nested->Add(c, 0));
+  EXPECT_TRUE(nested->Add(a, -5));
+  EXPECT_TRUE(nested->Add(b, 99));
+  EXPECT_TRUE(nested->Add(c, 0));
   EXPECT_EQ(nested->GetItems(), (std::vector<vm::ViewModel*>{c, a, b}));
   EXPECT_EQ(added, (std::vector<void*>{c, nested}));
   Texts expected;  // each add announced at its index, which becomes current
@@ -54,41 +58,82 @@ TEST_F(ViewModelArrayTest, AddsAndRemovesMoveTheCurrentPosition) {
   EXPECT_EQ(root->GetCurrentViewModel(), c);  // the child selected last anywhere
 
   base::Value size;
-  EXPECT_TRUE(nested->SetPropW("_current_", base::Value(1)) &&
-              nested->AddWithoutSetCurrent(New(), 0, true));
+  EXPECT_TRUE(nested->SetPropW("_current_", base::Value(1)));
+  EXPECT_TRUE(nested->AddWithoutSetCurrent(New(), 0, true));
   EXPECT_EQ(nested->GetCurrent(), 1u);  // kept as an index
-  EXPECT_TRUE(nested->GetPropW("_size_", size) && !nested->SetPropW("_size_", base::Value(9)));
+  EXPECT_TRUE(nested->GetPropW("_size_", size));
+  EXPECT_FALSE(nested->SetPropW("_size_", base::Value(9)));
   EXPECT_EQ(size.I64(), 4);
+}
+
+TEST_F(ViewModelArrayTest, RemovesKeepOrMoveTheCurrentPosition) {
+  for (int i = 0; i < 4; ++i)
+    nested->Add(New());
+  nested->SetCurrent(1);
   on_nest.events.clear();
   EXPECT_TRUE(nested->Remove(3u));  // the last child, current is 1: kept, re-announced
   EXPECT_EQ(destroyed, 1);
   EXPECT_EQ(on_nest.events,
             (Texts{"before-item-remove:end=3 item= parent= start=3 ",
                    "item-remove:end=3 item= parent= start=3 ", "current-changed:value=1 "}));
-  EXPECT_TRUE(nested->Remove(0) && nested->Remove(1));  // the second: the current last child
+  EXPECT_TRUE(nested->Remove(0));
+  EXPECT_TRUE(nested->Remove(1));  // the current last child
   EXPECT_EQ(nested->GetCurrent(), 0u);
-
-  ovui_test::LogCapture log;
-  root->Add(other), on_root.events.clear();  // current 1 on the root
-  EXPECT_FALSE(root->Add(c));                // belongs to another array: refused, unannounced
-  EXPECT_TRUE(log.HasFailedCheck("Add", "parent == NULL || parent == this"));
-  EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent", "Add(GetItems(), item, index)"));
-  EXPECT_TRUE(root->Remove(c));  // not in this list: done, silently
-  EXPECT_TRUE(on_root.events.empty());
-  EXPECT_TRUE(nested->Remove(c));  // the nest emptied: the parent's current becomes it
+  vm::ViewModel* other = New();
+  root->Add(other);
+  vm::ViewModel* last = nested->Get(0);
+  EXPECT_TRUE(root->Remove(last));    // not in this list: done, silently
+  EXPECT_TRUE(nested->Remove(last));  // the nest emptied: the parent's current becomes it
   EXPECT_EQ(root->GetCurrentViewModel(), nested);
-  root->Remove(other), on_root.events.clear();
-  root->Remove(nested), nested = nullptr;  // a top-level array emptied: cleared, no event
+  root->Remove(other);
+  on_root.events.clear();
+  root->Remove(nested);  // a top-level array emptied: cleared, no event
+  nested = nullptr;
   EXPECT_EQ(root->GetCurrentViewModel(), nullptr);
   EXPECT_EQ(on_root.events.size(), 2u);
 }
 
+TEST_F(ViewModelArrayTest, ForeignAndRepeatedChildrenAreRefusedUnannounced) {
+  vm::ViewModel* c = New();
+  nested->Add(c);
+  root->Add(New());
+  on_root.events.clear();
+  ovui_test::LogCapture log;
+  EXPECT_FALSE(root->Add(c));  // belongs to another array
+  EXPECT_TRUE(log.HasFailedCheck("Add", "parent == NULL || parent == this"));
+  EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent", "Add(GetItems(), item, index)"));
+  log.Clear();
+  EXPECT_FALSE(nested->Add(c, 0));  // already here: it would be released twice
+  EXPECT_TRUE(log.HasFailedCheck("Add", "parent == NULL || !Contains(items, item)"));
+  EXPECT_TRUE(on_root.events.empty());
+  EXPECT_EQ(nested->Size(), 1u);
+  root->Release();
+  root = nullptr;
+  EXPECT_EQ(destroyed, 2);
+}
+
+// A nested list keeps its own selection true: once detached it is a root and
+// reads it.
+TEST_F(ViewModelArrayTest, AnEmptiedNestedListSelectsNothing) {
+  nested->Add(New());
+  nested->Remove(0);
+  EXPECT_EQ(destroyed, 1);
+  nested->AddRef();
+  root->Remove(nested);  // detached: its own root now
+  EXPECT_EQ(nested->GetCurrentViewModel(), nullptr);
+  EXPECT_EQ(nested->GetModel(), nullptr);
+  nested->Release();
+  nested = nullptr;
+}
+
 TEST_F(ViewModelArrayTest, BatchesResetsAndReleases) {
   vm::ViewModel* survivor = New();
-  nested->Add(survivor), survivor->AddRef();
+  nested->Add(survivor);
+  survivor->AddRef();
   on_nest.events.clear();
   EXPECT_TRUE(nested->BeginBatch());
-  nested->Add(New()), nested->Add(New()), nested->Add(New());
+  for (int i = 0; i < 3; ++i)
+    nested->Add(New());
   EXPECT_EQ(nested->GetCurrent(), 0u);  // not moved while silent
   EXPECT_TRUE(nested->EndBatch());
   EXPECT_EQ(on_nest.events,  // the view model's event is reused: an earlier "kind" stays
@@ -101,15 +146,18 @@ TEST_F(ViewModelArrayTest, BatchesResetsAndReleases) {
   EXPECT_EQ(on_nest.events, (Texts{"before-remove-all:parent= ", "remove-all:parent= "}));
   EXPECT_EQ(nested->GetCurrentViewModel(), nullptr);
   survivor->Release();
-  nested->Add(New()), root->Add(New());
-  root->Release(), root = nullptr;  // releases the nest, which releases its children
+  nested->Add(New());
+  root->Add(New());
+  root->Release();  // releases the nest, which releases its children
+  root = nullptr;
   EXPECT_EQ(destroyed, 6);
 }
 
 TEST_F(ViewModelArrayTest, RangeChecksAndRequestsToTheRoot) {
   ovui_test::LogCapture log;
   vm::ViewModelArray empty;
-  empty.BeginBatch(), empty.EndBatch();  // logged as SetCurrent past the end
+  empty.BeginBatch();
+  empty.EndBatch();  // logged as SetCurrent past the end
   EXPECT_TRUE(log.HasFailedCheck("SetCurrent", "index < this->Size()"));
 
   nested->EnableAutoResizeHeight(true);
