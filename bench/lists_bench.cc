@@ -52,6 +52,7 @@ class Row : public vm::ViewModelItem {
 // through the property.
 class Rows : public vm::ViewModelArrayExt {
  public:
+  Rows() { compare_is_own = true; }  // sorts by key: each key read once
   bool FilterOne(vm::ViewModel* item, const std::string& rule) override {
     base::Value word;
     item->GetPropW("word", word);

@@ -1,6 +1,7 @@
 #include "mvvm/view_model_array_ext.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 #include "base/log.h"
 
@@ -32,9 +33,9 @@ bool ViewModelArrayExt::AddWithoutSetCurrent(ViewModel* item, int index, bool wi
   // would have two owners of its one reference.
   ViewModel* parent = item->GetParent();
   OVUI_CHECK(parent == NULL || parent == this, false);
-  // Set here because a child hidden by the filter never reaches the
-  // inherited add that would otherwise set it.
-  item->SetParent(this);
+  // A hidden child is in the full list only, where the inherited add does
+  // not look.
+  OVUI_CHECK(parent == NULL || !Contains(this->all_items, item), false);
 
   // The inherited add inserts into GetItems(): the full list when no rule is
   // set, else the visible list, next to which the full list is kept here.
@@ -44,6 +45,9 @@ bool ViewModelArrayExt::AddWithoutSetCurrent(ViewModel* item, int index, bool wi
     OVUI_LOG_FAILED("ViewModelArray::AddWithoutSetCurrent(item, index, without)");
     return false;
   }
+  // A child hidden by the filter never reaches the inherited add that
+  // parents the others.
+  item->SetParent(this);
   if (!ruled) return true;
   this->all_items.push_back(item);
   // No incremental insertion: the whole list is sorted again, and "sorted"
@@ -60,7 +64,10 @@ bool ViewModelArrayExt::Remove(ViewModel* item) {
   if (!ViewModelArray::Remove(item)) return false;
   if (hidden) {
     auto it = std::find(this->all_items.begin(), this->all_items.end(), item);
-    if (it != this->all_items.end()) this->all_items.erase(it);
+    if (it == this->all_items.end()) return true;
+    this->all_items.erase(it);
+    // The caller takes the child back; no selection may keep naming it.
+    ForgetSelected(item);
   }
   return true;
 }
@@ -130,22 +137,8 @@ bool ViewModelArrayExt::Filter(const std::string& rule) {
   return true;
 }
 
-bool ViewModelArrayExt::UsesDefaultCompare() {
-#if defined(__GNUC__) && !defined(__clang__)
-  // GCC resolves a virtual member function bound to an object to the
-  // function that would run; other compilers take the general path.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpmf-conversions"
-  using Fn = int (*)(ViewModelArrayExt*, Model*, Model*, const std::string&);
-  static const Fn base = [] {
-    ViewModelArrayExt probe;
-    return reinterpret_cast<Fn>(probe.*(&ViewModelArrayExt::Compare));
-  }();
-  return reinterpret_cast<Fn>(this->*(&ViewModelArrayExt::Compare)) == base;
-#pragma GCC diagnostic pop
-#else
-  return false;
-#endif
+bool ViewModelArrayExt::UsesDefaultCompare() const {
+  return this->compare_is_own || typeid(*this) == typeid(ViewModelArrayExt);
 }
 
 bool ViewModelArrayExt::Sort(const std::string& args) {

@@ -42,9 +42,10 @@ class ViewModelArrayExt : public ViewModelArray {
   // but not shown: no event, and the current position stays. `without`:
   // keep the current position.
   bool AddWithoutSetCurrent(ViewModel* item, int index, bool without) override;
-  // A child hidden by the filter is dropped from the full list without being
-  // released and keeps its parent: the caller still holds it. Clear the
-  // filter first to remove hidden children the ordinary way.
+  // A child hidden by the filter is only dropped from the full list: no
+  // events, no release, and it keeps its parent. Its reference goes back to
+  // the caller, who must release it; a selection naming it is cleared.
+  // Clear the filter first to remove hidden children the ordinary way.
   bool Remove(ViewModel* item) override;
   bool Remove(unsigned int index) override;
   // Releases every child; the rules are kept.
@@ -60,9 +61,11 @@ class ViewModelArrayExt : public ViewModelArray {
   // Every child, shown or not, in the order of the last sort.
   virtual std::vector<ViewModel*>& GetAllItems();
 
-  // Rebuilds the visible list from the children that pass `rule`. If the
-  // current child fell out of view, the first visible child becomes current.
-  // On an empty array the rule is only stored (false).
+  // Rebuilds the visible list from the children that pass `rule`. A current
+  // index still in range is kept as an index, even when it now names another
+  // child; one past the end moves to 0 (or, with nothing visible, is cleared
+  // without "current-changed"). On an empty array the rule is only stored
+  // (false).
   bool Filter(const std::string& rule);
   // Sorts by the rule `args` (see above) and re-applies the filter. Refused
   // when shorter than three characters. Descending order does not keep
@@ -73,9 +76,10 @@ class ViewModelArrayExt : public ViewModelArray {
   const std::string& GetFilterRule() const { return this->filter_rule; }
 
  protected:
-  // True when Compare is this class's own, so that Sort may read every key
-  // once instead of twice per comparison.
-  bool UsesDefaultCompare();
+  // True when Compare is known to be this class's own, so that Sort may
+  // read every key once instead of twice per comparison: for a plain
+  // ViewModelArrayExt, or when a subclass set `compare_is_own`.
+  bool UsesDefaultCompare() const;
 
   using ViewModelArray::Add;
 
@@ -86,6 +90,10 @@ class ViewModelArrayExt : public ViewModelArray {
   std::string sort_rule;
   std::string filter_rule;
   std::vector<ViewModel*> all_items;
+  // A subclass that keeps this class's Compare may set this to let Sort read
+  // each key once. A subclass that overrides Compare leaves it alone: its
+  // Compare is then asked for every comparison.
+  bool compare_is_own = false;
 };
 
 }  // namespace vm

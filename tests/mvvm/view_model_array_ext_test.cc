@@ -13,16 +13,24 @@ using Strings = std::vector<std::string>;
 
 namespace {
 
-// An item, so that its index in the visible list can be read; filtered by name.
+// An item, so that its index in the visible list can be read; filtered by
+// name. Counts the property reads made on it.
 struct Row : ovui_test::Tracked<vm::ViewModelItem> {
   Row(std::string name, int x, int* destroyed) : Tracked(destroyed), name(name), x(x) {
-    InstallProp("name", &this->name), InstallProp("x", &this->x);
+    InstallProp("name", &this->name);
+    InstallProp("x", &this->x);
+  }
+  bool GetPropW(const std::string& key, base::Value& v) const override {
+    ++reads;
+    return ViewModelItem::GetPropW(key, v);
   }
   std::string name;
   int x;
+  mutable int reads = 0;
 };
 
 struct Rows : vm::ViewModelArrayExt {
+  Rows() { compare_is_own = true; }
   bool FilterOne(vm::ViewModel* item, const std::string& rule) override {
     return static_cast<Row*>(item)->name.find(rule) != std::string::npos;
   }
@@ -30,7 +38,9 @@ struct Rows : vm::ViewModelArrayExt {
 
 struct ViewModelArrayExtTest : testing::Test {
   ViewModelArrayExtTest() {
-    rows->On("current-changed", &heard), rows->On("filtered", &heard), rows->On("sorted", &heard);
+    rows->On("current-changed", &heard);
+    rows->On("filtered", &heard);
+    rows->On("sorted", &heard);
   }
   ~ViewModelArrayExtTest() override { base::SafeRelease(rows); }
   Row* Add(const std::string& name, int x) { return Add(new Row(name, x, &destroyed)); }
@@ -46,12 +56,20 @@ struct ViewModelArrayExtTest : testing::Test {
   Rows* rows = new Rows();
 };
 
+std::string Names(const std::vector<vm::ViewModel*>& items) {
+  std::string out;
+  for (vm::ViewModel* item : items)
+    out += static_cast<Row*>(item)->name + " ";
+  return out;
+}
+
 }  // namespace
 
 TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogether) {
   Add("ax", 3);
   Row* b = Add("b", 1);
-  Add("cx", 3), heard.events.clear();
+  Add("cx", 3);
+  heard.events.clear();
   EXPECT_TRUE(rows->Filter("x"));  // current index 2 is now past the end
   EXPECT_TRUE(rows->Sort("0:x"));  // the filter is re-applied
   EXPECT_EQ(Shown(), "cx,ax");     // the complemented predicate swaps the equal 3s
@@ -64,39 +82,78 @@ TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogether) {
   EXPECT_EQ(heard.events, Strings{"filtered:"});  // cleared without "current-changed"
 }
 
-TEST_F(ViewModelArrayExtTest, AddsRemovesAndResetsUnderTheRules) {
-  Add("a", 0), rows->Filter("a"), rows->Filter(""), rows->Reset();  // no rule left
-  EXPECT_FALSE(rows->Filter("x"));                                  // empty: only stored
-  EXPECT_EQ(rows->Size(), 0u);                                      // and nothing stale shown
-  Add("ax", 2), Add("cx", 1), heard.events.clear();
-  Row* b = Add("b", 5);
+TEST_F(ViewModelArrayExtTest, RulesOutliveResetsAndApplyToLaterAdds) {
+  Add("a", 0);
+  rows->Filter("a");
+  rows->Filter("");
+  rows->Reset();                    // no rule left
+  EXPECT_FALSE(rows->Filter("x"));  // empty: only stored
+  EXPECT_EQ(rows->Size(), 0u);      // and nothing stale shown
+  Add("ax", 2);
+  Add("cx", 1);
+  heard.events.clear();
+  Add("b", 5);
   EXPECT_TRUE(heard.events.empty());  // filtered out: silently, current kept
-  rows->Sort("1:x"), heard.events.clear();
+  rows->Sort("1:x");
+  heard.events.clear();
   Add("dx", 0);
   EXPECT_EQ(Shown(), "dx,cx,ax");
   EXPECT_EQ(heard.events, (Strings{"current-changed:value=2 ", "sorted:", "filtered:"}));
-  rows->BeginBatch(), Add("e", -1), Add("fx", 9), rows->EndBatch();
+  rows->BeginBatch();
+  Add("e", -1);
+  Add("fx", 9);
+  rows->EndBatch();
   EXPECT_EQ(Shown(), "dx,cx,ax,fx");  // unheard, the sort still re-applies the filter
   EXPECT_TRUE(rows->Filter(""));
   EXPECT_EQ(Shown(), "e,dx,cx,ax,b,fx");
-
-  rows->Filter("x");
-  EXPECT_TRUE(rows->Remove(b) && b->GetParent() == rows);  // hidden: dropped unreleased
-  b->Release();
-  EXPECT_TRUE(rows->Remove(rows->Get(1)) && rows->Remove(0));
-  EXPECT_EQ(destroyed, 4);  // "a", "b", "cx", "dx"
   EXPECT_TRUE(rows->Reset());
   EXPECT_EQ(destroyed, 7);
-  EXPECT_EQ(rows->GetSortRule() + rows->GetFilterRule(), "1:xx");  // rules kept
-  Add("e", 0), Add("fx", 0);
-  rows->Release(), rows = nullptr;
-  EXPECT_EQ(destroyed, 9);  // each child released once
+  EXPECT_EQ(rows->GetSortRule() + rows->GetFilterRule(), "1:x");  // rules kept
 }
 
-// Sort reads each key once when Compare is the library's own; the order must
-// be exactly that of calling Compare for every comparison, as it does for a
-// subclass that overrides it (here only to count the calls).
-TEST(ViewModelArrayExtSortTest, KeyedSortOrdersAsCompareDoes) {
+TEST_F(ViewModelArrayExtTest, RemovesReleaseVisibleChildrenAndHandBackHiddenOnes) {
+  Row* a = Add("a", 0);
+  Add("bx", 1);
+  Add("cx", 2);
+  rows->SetCurrent(0);
+  rows->Filter("x");  // index 0 stays, now naming "bx"; the selection still names "a"
+  ASSERT_EQ(rows->GetCurrentViewModel(), a);
+  EXPECT_TRUE(rows->Remove(a));  // hidden: dropped unreleased, parent kept
+  EXPECT_EQ(a->GetParent(), rows);
+  EXPECT_EQ(rows->GetCurrentViewModel(), nullptr);  // the caller may now free it
+  a->Release();
+  EXPECT_TRUE(rows->Remove(rows->Get(1)));
+  EXPECT_TRUE(rows->Remove(0));
+  EXPECT_EQ(destroyed, 3);
+  Add("ex", 0);
+  Add("f", 0);
+  rows->Release();
+  rows = nullptr;
+  EXPECT_EQ(destroyed, 5);  // each child released once, shown or not
+}
+
+TEST_F(ViewModelArrayExtTest, AChildIsHeldOnceEvenWhileHidden) {
+  ovui_test::LogCapture log;
+  Row* a = Add("a", 0);
+  rows->Filter("x");  // "a" now lives in the full list only
+  heard.events.clear();
+  EXPECT_FALSE(rows->Add(a));
+  EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent",
+                                 "parent == NULL || !Contains(this->all_items, item)"));
+  Row* b = Add("bx", 0);
+  EXPECT_FALSE(rows->Add(b));  // shown: refused before any event
+  EXPECT_EQ(heard.events, Strings{"current-changed:value=0 "});
+  EXPECT_EQ(rows->GetAllItems().size(), 2u);
+  rows->Release();
+  rows = nullptr;
+  EXPECT_EQ(destroyed, 2);
+}
+
+// Sort reads each key once when Compare is the library's own (a plain list,
+// or a subclass that says it keeps Compare); the order must be exactly that
+// of calling Compare for every comparison, as it does for a subclass that
+// overrides it (here only to count the calls).
+TEST(ViewModelArrayExtSortTest, KeyedSortReadsEachKeyOnceAndOrdersAsCompareDoes) {
   struct Counting : vm::ViewModelArrayExt {
     int Compare(vm::Model* a, vm::Model* b, const std::string& key) override {
       ++calls;
@@ -104,27 +161,30 @@ TEST(ViewModelArrayExtSortTest, KeyedSortOrdersAsCompareDoes) {
     }
     int calls = 0;
   };
-  auto* plain = new vm::ViewModelArrayExt();
-  auto* counting = new Counting();
-  vm::ViewModelArrayExt* counted = counting;
-  for (int i = 0; i < 200; ++i) {
-    for (vm::ViewModelArrayExt* list : {plain, counted}) {
+  vm::ViewModelArrayExt* const lists[] = {new vm::ViewModelArrayExt(), new Rows(), new Counting()};
+  std::vector<Row*> fast_rows;  // of the first two
+  const int n = 200;
+  for (int i = 0; i < n; ++i) {
+    for (vm::ViewModelArrayExt* list : lists) {
       auto* row = new Row("r" + std::to_string(i), (i * 37) % 11, nullptr);
       if (i % 13 == 0) row->UninstallProp("x");  // no key: compares as a null value
       list->Add(row);
+      if (list != lists[2]) fast_rows.push_back(row);
     }
   }
   for (const char* rule : {"1:x", "0:x", "1:name", "0 name"}) {
-    plain->Sort(rule);
-    counting->Sort(rule);
-    Strings order_plain, order_counting;
-    for (vm::ViewModel* r : plain->GetItems())
-      order_plain.push_back(static_cast<Row*>(r)->name);
-    for (vm::ViewModel* r : counting->GetItems())
-      order_counting.push_back(static_cast<Row*>(r)->name);
-    EXPECT_EQ(order_plain, order_counting) << rule;
+    for (Row* row : fast_rows)
+      row->reads = 0;
+    for (vm::ViewModelArrayExt* list : lists)
+      list->Sort(rule);
+    int reads = 0;
+    for (Row* row : fast_rows)
+      reads += row->reads;
+    EXPECT_EQ(reads, 2 * n) << rule;  // the fast path: one read per child
+    EXPECT_EQ(Names(lists[0]->GetItems()), Names(lists[2]->GetItems())) << rule;
+    EXPECT_EQ(Names(lists[1]->GetItems()), Names(lists[2]->GetItems())) << rule;
   }
-  EXPECT_GT(counting->calls, 0);  // the override is honoured
-  plain->Release();
-  counting->Release();
+  EXPECT_GT(static_cast<Counting*>(lists[2])->calls, 4 * n);  // asked for every comparison
+  for (vm::ViewModelArrayExt* list : lists)
+    list->Release();
 }
