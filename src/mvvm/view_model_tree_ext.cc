@@ -32,39 +32,52 @@ bool ViewModelTreeExt::AddWithoutSetCurrent(ViewModel* item, int index, bool kee
   OVUI_CHECK(item != NULL, false);
   ViewModelTreeExt* root = RootExt();
   OVUI_CHECK(root, false);
+  // A hidden child is in the full list only, where the inherited add does
+  // not look.
+  OVUI_CHECK(item->GetParent() != this || !Contains(this->all_items, item), false);
   if (root->filter_rule.empty()) {
     return ViewModelTree::AddWithoutSetCurrent(item, index, keep_current);
   }
   // A whole subtree may come in: filtering it also rebuilds its visible lists.
   // A child of another tree is left alone; the insertion below refuses it.
   const bool ours = !item->GetParent() || item->GetParent() == this;
-  if (ours && root->DoFilter(item, root->filter_rule, false) &&
-      !ViewModelTree::AddWithoutSetCurrent(item, index, keep_current)) {
+  const bool shown = ours && root->DoFilter(item, root->filter_rule, false);
+  if (shown && !ViewModelTree::AddWithoutSetCurrent(item, index, keep_current)) {
     OVUI_LOG_FAILED("ViewModelTree::AddWithoutSetCurrent(item, index, without)");
     return false;
   }
-  return ViewModelArray::Add(this->all_items, item, index);
+  if (!ViewModelArray::Add(this->all_items, item, index)) return false;
+  if (shown) ShowInAncestors();
+  return true;
 }
 
 bool ViewModelTreeExt::Remove(ViewModel* item) {
   OVUI_CHECK(item != NULL, false);
   if (Filtered() && IndexOf(item) < 0) {
+    if (!Contains(this->all_items, item)) return true;
     Erase(this->all_items, item);
+    // The caller takes the item back; no selection may keep naming it.
+    ForgetSelected(item);
     return true;
   }
   return ViewModelTree::Remove(item);
 }
 
 bool ViewModelTreeExt::Remove(unsigned int index) {
+  if (!Filtered() || index >= Size()) return ViewModelTree::Remove(index);
   // The base releases the child; drop it from the full list while the pointer
   // is still good.
-  if (Filtered() && index < Size()) Erase(this->all_items, GetItems()[index]);
-  return ViewModelTree::Remove(index);
+  Erase(this->all_items, GetItems()[index]);
+  if (!ViewModelTree::Remove(index)) return false;
+  HideEmptyAncestors();
+  return true;
 }
 
 bool ViewModelTreeExt::Reset() {
   // Unlike a list, a tree node sends no "before-remove-all".
-  return ResetChildren(this->all_items, &this->items, false);
+  if (!ResetChildren(this->all_items, &this->items, false)) return false;
+  if (Filtered()) HideEmptyAncestors();
+  return true;
 }
 
 std::vector<ViewModel*>& ViewModelTreeExt::GetItems() {
@@ -109,6 +122,50 @@ bool ViewModelTreeExt::DoFilter(ViewModel* node, const std::string& rule, bool i
     }
   }
   return keep;
+}
+
+void ViewModelTreeExt::ShowInAncestors() {
+  ViewModelTreeExt* node = this;
+  while (!node->IsTreeRoot()) {
+    auto* parent = dynamic_cast<ViewModelTreeExt*>(node->GetParent());
+    if (!parent || Contains(parent->items, node)) return;  // shown, and so is all above
+    parent->ViewModelTree::AddWithoutSetCurrent(node, parent->VisiblePosition(node), true);
+    node = parent;
+  }
+}
+
+void ViewModelTreeExt::HideEmptyAncestors() {
+  ViewModelTreeExt* root = RootExt();
+  ViewModelTreeExt* node = this;
+  while (!node->IsTreeRoot() && node->items.empty() && !root->FilterOne(node, root->filter_rule)) {
+    auto* parent = dynamic_cast<ViewModelTreeExt*>(node->GetParent());
+    const int at = parent ? parent->IndexOf(node) : -1;
+    if (at < 0) return;
+    parent->HideChild(static_cast<unsigned int>(at));
+    node = parent;
+  }
+}
+
+int ViewModelTreeExt::VisiblePosition(const ViewModel* child) const {
+  // The visible list keeps full-list order: count the shown children that
+  // come before `child` in one walk over both.
+  size_t shown = 0;
+  for (const ViewModel* each : this->all_items) {
+    if (each == child) break;
+    if (shown < this->items.size() && this->items[shown] == each) ++shown;
+  }
+  return static_cast<int>(shown);
+}
+
+void ViewModelTreeExt::HideChild(unsigned int index) {
+  ViewModel* child = this->items[index];
+  const bool announce = !IsBlocked();
+  if (announce) EmitItemEvent("before-item-remove", child, static_cast<int>(index));
+  this->items.erase(this->items.begin() + index);
+  if (announce) {
+    EmitItemEvent("item-remove", child, static_cast<int>(index));
+    EmitPropsChange();  // "_size_" changed
+  }
 }
 
 ViewModelTreeExt* ViewModelTreeExt::RootExt() const {

@@ -12,7 +12,11 @@ namespace vm {
 // visible when it or any of its descendants passes the filter.
 //
 // Each node keeps all its children (GetAllItems(), which owns them) and the
-// visible ones (borrowed, in the same order). Filtering is switched on and off
+// visible ones (borrowed, in the same order). Adds and removes under a filter
+// keep the rule for the ancestors: an ancestor that gains its first visible
+// child is inserted into its parent's visible list (after the child's own
+// "item-add"), and one left with none that does not pass itself is taken
+// out with "before-item-remove"/"item-remove". Filtering is switched on and off
 // at the tree root: while the root's rule is not empty, every node presents
 // its visible children through GetItems(), so sizes, positions and row events
 // are those of the visible tree. Subclasses define the rule language by
@@ -32,9 +36,10 @@ class ViewModelTreeExt : public ViewModelTree {
   // descendants) passes; an item that does not is added silently.
   bool Add(ViewModel* item, int index = -1) override;
   bool AddWithoutSetCurrent(ViewModel* item, int index, bool keep_current) override;
-  // An item hidden by the filter is dropped from this node without events and
-  // without being released or unparented: clear the filter before removing
-  // hidden items, or release them yourself.
+  // An item hidden by the filter is only dropped from this node: no events,
+  // no release, and it keeps its parent. Its reference goes back to the
+  // caller, who must release it; a selection naming it is cleared. Clear the
+  // filter first to remove hidden items the ordinary way.
   bool Remove(ViewModel* item) override;
   bool Remove(unsigned int index) override;
   // Releases every child, shown or not. Sends "remove-all" only (no
@@ -63,6 +68,18 @@ class ViewModelTreeExt : public ViewModelTree {
   std::vector<ViewModel*> all_items;
 
  private:
+  // A node stays visible while it passes or any descendant does; adds and
+  // removes under a filter keep that true up to the tree root. Shows every
+  // hidden ancestor of this node, innermost first, with the usual item events.
+  void ShowInAncestors();
+  // Hides this node and then each ancestor that neither passes nor has a
+  // visible child left.
+  void HideEmptyAncestors();
+  // Where `child` of the full list belongs in the visible list.
+  int VisiblePosition(const ViewModel* child) const;
+  // Takes the visible child at `index` out of view, unreleased, with the
+  // item events of a removal.
+  void HideChild(unsigned int index);
   // The tree root as an extended tree, or null when it is a plain one.
   ViewModelTreeExt* RootExt() const;
   // Whether the tree root has a filter in force.
