@@ -46,96 +46,66 @@ std::string CurrentDirectory() {
   return dir;
 }
 
+void Path(EvalValue& v) {
+  TextBuffer buf;
+  std::string path = TextOf(v, buf);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  if (path.empty() || path[0] != '/') path.insert(0, CurrentDirectory());
+  v.SetString(std::move(path));
+}
+
+// A built-in function turns its argument, in `value`, into its result.
+struct Builtin {
+  const char* name;
+  void (*apply)(EvalValue& value);
+};
+
+// The built-ins in their documented order. The lexer and compiler look names
+// up here and compiled code calls an entry by its index.
+const Builtin kBuiltins[] = {
+    {"strlen",
+     [](EvalValue& v) {
+       TextBuffer buf;
+       v.SetNumber(static_cast<double>(std::strlen(TextOf(v, buf))));
+     }},
+    {"path", Path},
+    {"string",
+     [](EvalValue& v) {
+       if (v.IsNumber()) v.SetString(v.ToText());
+     }},
+    {"toupper", [](EvalValue& v) { v.SetString(base::StrUtils::ToUpper(v.ToText())); }},
+    {"tolower", [](EvalValue& v) { v.SetString(base::StrUtils::ToLower(v.ToText())); }},
+    {"cos", [](EvalValue& v) { v.SetNumber(std::cos(v.ToNumber())); }},
+    {"sin", [](EvalValue& v) { v.SetNumber(std::sin(v.ToNumber())); }},
+    {"tan", [](EvalValue& v) { v.SetNumber(std::tan(v.ToNumber())); }},
+    {"acos", [](EvalValue& v) { v.SetNumber(std::acos(v.ToNumber())); }},
+    {"asin", [](EvalValue& v) { v.SetNumber(std::asin(v.ToNumber())); }},
+    {"atan", [](EvalValue& v) { v.SetNumber(std::atan(v.ToNumber())); }},
+    {"exp", [](EvalValue& v) { v.SetNumber(std::exp(v.ToNumber())); }},
+    {"log", [](EvalValue& v) { v.SetNumber(std::log(v.ToNumber())); }},
+    {"log10", [](EvalValue& v) { v.SetNumber(std::log10(v.ToNumber())); }},
+    {"sqrt", [](EvalValue& v) { v.SetNumber(std::sqrt(v.ToNumber())); }},
+    {"ceil", [](EvalValue& v) { v.SetNumber(std::ceil(v.ToNumber())); }},
+    {"floor", [](EvalValue& v) { v.SetNumber(std::floor(v.ToNumber())); }},
+    {"int", [](EvalValue& v) { v.SetNumber(std::trunc(v.ToNumber())); }},
+    {"round", [](EvalValue& v) { v.SetNumber(std::round(v.ToNumber())); }},
+};
+constexpr int kBuiltinCount = sizeof(kBuiltins) / sizeof(kBuiltins[0]);
+
 }  // namespace
 
 namespace eval_internal {
 
-const char* const kBuiltins[] = {"strlen", "path", "string", "toupper", "tolower", "cos", "sin",
-                                 "tan",    "acos", "asin",   "atan",    "exp",     "log", "log10",
-                                 "sqrt",   "ceil", "floor",  "int",     "round"};
-constexpr int kBuiltinCount = sizeof(kBuiltins) / sizeof(kBuiltins[0]);
-
 int FindBuiltin(const std::string& name) {
   for (int i = 0; i < kBuiltinCount; ++i) {
-    if (name == kBuiltins[i]) return i;
+    if (name == kBuiltins[i].name) return i;
   }
   return -1;
 }
 
-int CallBuiltin(int index, EvalValue& v) {
-  TextBuffer buf;
-  switch (index) {
-    case 0:  // strlen
-      v.SetNumber(static_cast<double>(std::strlen(TextOf(v, buf))));
-      return EVAL_OK;
-    case 1: {  // path
-      std::string path = TextOf(v, buf);
-      std::replace(path.begin(), path.end(), '\\', '/');
-      if (path.empty() || path[0] != '/') path.insert(0, CurrentDirectory());
-      v.SetString(std::move(path));
-      return EVAL_OK;
-    }
-    case 2:  // string
-      if (v.IsNumber()) v.SetString(TextOf(v, buf));
-      return EVAL_OK;
-    case 3:    // toupper
-    case 4: {  // tolower
-      const std::string s = TextOf(v, buf);
-      v.SetString(index == 3 ? base::StrUtils::ToUpper(s) : base::StrUtils::ToLower(s));
-      return EVAL_OK;
-    }
-    default:
-      break;
-  }
-  const double x = v.ToNumber();
-  double y = 0;
-  switch (index) {
-    case 5:
-      y = std::cos(x);
-      break;
-    case 6:
-      y = std::sin(x);
-      break;
-    case 7:
-      y = std::tan(x);
-      break;
-    case 8:
-      y = std::acos(x);
-      break;
-    case 9:
-      y = std::asin(x);
-      break;
-    case 10:
-      y = std::atan(x);
-      break;
-    case 11:
-      y = std::exp(x);
-      break;
-    case 12:
-      y = std::log(x);
-      break;
-    case 13:
-      y = std::log10(x);
-      break;
-    case 14:
-      y = std::sqrt(x);
-      break;
-    case 15:
-      y = std::ceil(x);
-      break;
-    case 16:
-      y = std::floor(x);
-      break;
-    case 17:
-      y = std::trunc(x);
-      break;
-    case 18:
-      y = std::round(x);
-      break;
-    default:
-      return EVAL_UNDEFINED_FUNCTION;
-  }
-  v.SetNumber(y);
+int CallBuiltin(int index, EvalValue& value) {
+  if (index < 0 || index >= kBuiltinCount) return EVAL_UNDEFINED_FUNCTION;
+  kBuiltins[index].apply(value);
   return EVAL_OK;
 }
 
