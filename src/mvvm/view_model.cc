@@ -34,17 +34,25 @@ void DropAll(std::map<std::string, T*>& registry) {
     base::SafeRelease(entry.second);
 }
 
-// Binds the entry for `name` in `registry` to `var`. An unknown name or an
-// empty entry is logged with the calling operation's own name and line, and
-// that operation returns false.
-#define OVUI_FIND_REGISTERED(var, registry, name, missing) \
-  const auto var##_entry = (registry).find(name);          \
-  if (var##_entry == (registry).end()) {                   \
-    OVUI_LOG_FAILED(missing);                              \
-    return false;                                          \
-  }                                                        \
-  auto* const var = var##_entry->second;                   \
-  OVUI_CHECK(var != NULL, false)
+// The line OVUI_LOG_FAILED writes, for a check made on behalf of `func`.
+void LogFailedFor(const char* func, int line, const char* condition_text) {
+  base::Log(__FILE__, line, 2, "%s:%d %s\n", func, line, condition_text);
+}
+
+// The entry for `name` in `registry`, or null. An unknown name is logged as
+// `missing` and an empty entry as `empty`, both under the calling operation's
+// own name and line, so the log shows which operation was refused.
+template <typename T>
+T* FindRegistered(const std::map<std::string, T*>& registry, const std::string& name,
+                  const char* func, int line, const char* missing, const char* empty) {
+  const auto iter = registry.find(name);
+  if (iter == registry.end()) {
+    LogFailedFor(func, line, missing);
+    return nullptr;
+  }
+  if (!iter->second) LogFailedFor(func, line, empty);
+  return iter->second;
+}
 
 // Variables of computed properties are this view model's properties: a string
 // stays a string, anything else is read as a number. Other names (PI, ...)
@@ -134,29 +142,35 @@ bool ViewModel::EvalProp(const std::string& expr, base::Value& out) const {
 }
 
 bool ViewModel::ExecuteCommand(const std::string& name, const std::string& args) {
-  OVUI_FIND_REGISTERED(cmd, Registered().commands, name, "iter != this->commands.end()");
-  return cmd->Execute(args);
+  ICommand* cmd = FindRegistered(Registered().commands, name, __func__, __LINE__,
+                                 "iter != this->commands.end()", "cmd != NULL");
+  return cmd && cmd->Execute(args);
 }
 
 bool ViewModel::CanExecuteCommand(const std::string& name, const std::string& args) const {
-  OVUI_FIND_REGISTERED(cmd, Registered().commands, name, "iter != this->commands.end()");
-  return cmd->CanExecute(args);
+  ICommand* cmd = FindRegistered(Registered().commands, name, __func__, __LINE__,
+                                 "iter != this->commands.end()", "cmd != NULL");
+  return cmd && cmd->CanExecute(args);
 }
 
 bool ViewModel::IsValidProp(const std::string& name, const base::Value& value, std::string& msg) {
-  OVUI_FIND_REGISTERED(v, Registered().validators, name, "iter != this->validators.end()");
+  IValidator* v = FindRegistered(Registered().validators, name, __func__, __LINE__,
+                                 "iter != this->validators.end()", "v != NULL");
+  if (!v) return false;
   v->valid = v->IsValid(value, msg);
   return v->valid;
 }
 
 bool ViewModel::Convert(const std::string& name, const base::Value& from, base::Value& to) {
-  OVUI_FIND_REGISTERED(c, Registered().converters, name, "iter != this->converters.end()");
-  return c->Convert(from, to);
+  IConverter* c = FindRegistered(Registered().converters, name, __func__, __LINE__,
+                                 "iter != this->converters.end()", "c != NULL");
+  return c && c->Convert(from, to);
 }
 
 bool ViewModel::ConvertBack(const std::string& name, const base::Value& from, base::Value& to) {
-  OVUI_FIND_REGISTERED(c, Registered().converters, name, "iter != this->converters.end()");
-  return c->ConvertBack(from, to);
+  IConverter* c = FindRegistered(Registered().converters, name, __func__, __LINE__,
+                                 "iter != this->converters.end()", "c != NULL");
+  return c && c->ConvertBack(from, to);
 }
 
 bool ViewModel::HasCommand(const std::string& name) const {

@@ -1,6 +1,7 @@
 #include "mvvm/view_model_array.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "base/log.h"
 
@@ -273,7 +274,10 @@ bool ViewModelArray::GetCurrentProp(base::Value& v) const {
 }
 
 bool ViewModelArray::SetCurrentProp(const base::Value& v) {
-  return SetCurrent(static_cast<unsigned int>(v.I64()));
+  const long long index = v.I64();
+  // Refused whole: cut to 32 bits, 2^32 + 1 would select row 1.
+  OVUI_CHECK(index >= 0 && index <= UINT_MAX, false);
+  return SetCurrent(static_cast<unsigned int>(index));
 }
 
 }  // namespace vm

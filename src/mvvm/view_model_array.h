@@ -14,8 +14,9 @@ namespace vm {
 // Children are adopted with the caller's reference and released when removed
 // or reset; a child without a parent gets this array as its parent, and a
 // child that belongs to another array, or is already in this one, is
-// refused. Properties "_size_"
-// (read-only) and "_current_" are built in.
+// refused. Properties "_size_" (read-only) and "_current_" are built in;
+// writing "_current_" is SetCurrent, and a value outside the unsigned 32-bit
+// range is refused, not truncated.
 //
 // Events, each emitted on this array and then, when the array is nested, on
 // the root array of the nest (so one listener there hears every level):

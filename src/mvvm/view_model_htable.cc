@@ -1,5 +1,7 @@
 #include "mvvm/view_model_htable.h"
 
+#include <climits>
+
 #include "base/log.h"
 
 namespace vm {
@@ -63,7 +65,10 @@ bool ViewModelHTable::GetCurrentProp(base::Value& v) const {
 }
 
 bool ViewModelHTable::SetCurrentProp(const base::Value& v) {
-  return SetCurrent(static_cast<unsigned int>(v.I64()));
+  const long long index = v.I64();
+  // Refused whole: cut to 32 bits, 2^32 + 1 would select row 1.
+  OVUI_CHECK(index >= 0 && index <= UINT_MAX, false);
+  return SetCurrent(static_cast<unsigned int>(index));
 }
 
 }  // namespace vm

@@ -59,6 +59,9 @@ TEST(EvalTest, PrecedencePrefixesAndNumberOperators) {
                "-1 | 0 -> 4294967295", "2 || 0 -> 1", "NAN && 1 -> 1", "1 / 0 -> inf",
                "PI -> 3.1415927410125732", "NAN -> nan", "pi -> <undefined variable>",
                "-INFINITY -> -inf"});
+  // Equal operands: the "or equal" comparisons hold, the strict ones do not.
+  ExpectShown({"3 <= 3 -> 1", "3 >= 3 -> 1", "3 < 3 -> 0", "3 > 3 -> 0", "-0 >= 0 -> 1",
+               "NAN <= NAN -> 0"});
 }
 
 // A name runs on over "/", which divides after an operand and starts a name where one is expected.
@@ -79,6 +82,8 @@ TEST(EvalTest, StringsAndFunctions) {
                R"("abc" == "abc" -> 1)", R"("" || 0 -> 1)", R"("" && "a" -> 0)",
                R"("6" * 2 - "2" / "2" -> 11)", R"("12" | 1 -> 13)", R"(-"3" -> -3)",
                R"(!"" + !"a" -> 1)", "strlen + 1 -> <expected open bracket>"});
+  ExpectShown({R"("ab" <= "ab" -> 1)", R"("ab" >= "ab" -> 1)", R"("ab" < "ab" -> 0)",
+               R"("ab" > "ab" -> 0)", R"(7 <= "7" -> 1)", R"("7" >= 7 -> 1)"});
   ExpectShown({R"(strlen("abc") -> 3)", "strlen(12) + strlen(2.5) -> 10", "string(7) -> '7'",
                "string(-2) -> '4294967294'", R"(string("s") -> 's')",
                R"(toupper("aBc1") + tolower("XyZ") -> 'ABC1xyz')", "int(-2.7) + int(2.7) -> 0",

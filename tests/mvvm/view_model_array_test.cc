@@ -164,4 +164,21 @@ TEST_F(ViewModelArrayTest, RangeChecksAndRequestsToTheRoot) {
   EXPECT_TRUE(root->IsAutoResizeHeight());
   nested->UpdateViewModel();
   EXPECT_EQ(on_root.events, (Texts{"resize-height:resize=1 ", "update-model:"}));
+
+  // "_current_" outside the 32-bit range is refused, not truncated onto row 1.
+  // (2^32 itself reads as unchanged: integer properties compare on 32 bits.)
+  nested->Add(New());
+  nested->Add(New());
+  EXPECT_TRUE(nested->SetPropW("_current_", base::Value(0)));
+  on_nest.events.clear();
+  for (const base::Value& index :
+       {base::Value(4294967297LL), base::Value(-4294967295LL), base::Value(-1),
+        base::Value(4294967297.0), base::Value(-1e300)}) {
+    log.Clear();
+    EXPECT_FALSE(nested->SetPropW("_current_", index)) << index.F64();
+    EXPECT_TRUE(log.HasFailedCheck("SetCurrentProp", "index >= 0 && index <= UINT_MAX"))
+        << index.F64();
+  }
+  EXPECT_EQ(nested->GetCurrent(), 0u);
+  EXPECT_TRUE(on_nest.events.empty());
 }

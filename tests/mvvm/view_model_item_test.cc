@@ -42,6 +42,9 @@ TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
     table.On(type, &heard);
   EXPECT_TRUE(table.SetPropW("_current_", Value(1)));
   EXPECT_FALSE(table.SetCurrent(2));
+  // Past the 32-bit range: refused, not truncated onto row 0.
+  for (const long long index : {4294967296LL, -4294967296LL, -1LL})
+    EXPECT_FALSE(table.SetPropW("_current_", Value(index))) << index;
   EXPECT_EQ(table.GetCurrent(), 1u);  // kept
   table.BeforeAdd(2, 3), table.AfterAdd(), table.BeforeRemove(0, 0), table.AfterRemove();
   table.Update();
