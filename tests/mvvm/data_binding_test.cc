@@ -53,7 +53,8 @@ TEST(DataBindingParserTest, LinesTooShortTextsToStringAndAsOneWay) {
   EXPECT_EQ(DataBindingParser::ToString(&b), "{BindingPath=Title, Trigger=Changing, Mode=Once}");
   b.AsOneWay();
   EXPECT_EQ(b.mode, DataBinding::MODE_ONCE);  // kept
-  b.mode = -1, b.validator = "len";
+  b.mode = -1;
+  b.validator = "len";
   EXPECT_EQ(DataBindingParser::ToString(&b),
             "{BindingPath=Title, Trigger=Changing, Mode=TwoWay, Validator=len}");
   b.AsOneWay();
@@ -68,13 +69,16 @@ TEST(DataBindingTest, SetPropWConvertsValidatesThenWritesAndGetPropWConverts) {
   int n = 3;
   std::string text = "t";
   auto* vm = new vm::ViewModel();
-  vm->InstallProp("n", &n), vm->InstallProp("text", &text);
+  vm->InstallProp("n", &n);
+  vm->InstallProp("text", &text);
   vm->RegisterConverter("x10", new ovui_test::ScaleConverter(10));
   vm->RegisterValidator("range", new ovui_test::RangeValidator(0, 5));
   ovui_test::LogCapture log;
   DataBinding b;
   auto binding = [&b](const char* path, const char* converter = "", const char* validator = "") {
-    b.path = path, b.converter = converter, b.validator = validator;
+    b.path = path;
+    b.converter = converter;
+    b.validator = validator;
     return &b;
   };
   // Rows that fail leave n as the second row wrote it: 40 converts to 4, in range.

@@ -8,8 +8,12 @@
 TEST(MenuDataTest, CloneIsDeepAndReplacesChildrenEvenFromItsOwnChild) {
   vm::MenuData source, copy;
   auto *sub = new vm::MenuData(), *deep = new vm::MenuData();
-  source.text = "root", sub->text = "More", sub->icon = "i", deep->command = "deep";
-  sub->AddChild(deep), source.AddChild(sub);
+  source.text = "root";
+  sub->text = "More";
+  sub->icon = "i";
+  deep->command = "deep";
+  sub->AddChild(deep);
+  source.AddChild(sub);
   copy.AddChild(new vm::MenuData());
   copy.Clone(source);
   copy.Clone(copy);  // onto itself: nothing happens
@@ -24,7 +28,8 @@ TEST(MenuDataTest, RemoveAndClearReleaseChildren) {
   vm::MenuData menu;
   auto* kept = new vm::MenuData();
   kept->AddRef();  // held by the test as well
-  menu.AddChild(new vm::MenuData()), menu.AddChild(kept);
+  menu.AddChild(new vm::MenuData());
+  menu.AddChild(kept);
   EXPECT_FALSE(menu.Remove(2));  // out of range
   EXPECT_TRUE(menu.Remove(0));
   EXPECT_EQ(menu.GetChilds(), std::vector<vm::MenuData*>{kept});

@@ -19,7 +19,9 @@ TEST(ViewModelItemTest, IndexAndWritesAnnouncedOnTheRoot) {
   auto* second = new vm::ViewModelItem();
   int x = 0;
   second->InstallProp("x", &x);
-  root->Add(rows), rows->Add(new vm::ViewModelItem()), rows->Add(second);
+  root->Add(rows);
+  rows->Add(new vm::ViewModelItem());
+  rows->Add(second);
   root->On("prop-changed", &heard);
   Value v;
   EXPECT_TRUE(second->GetPropW("_index_", v) && second->SetPropW("x", Value(5)));
@@ -46,7 +48,10 @@ TEST(ViewModelHTableTest, CurrentRowAndRangeEvents) {
   for (const long long index : {4294967296LL, -4294967296LL, -1LL})
     EXPECT_FALSE(table.SetPropW("_current_", Value(index))) << index;
   EXPECT_EQ(table.GetCurrent(), 1u);  // kept
-  table.BeforeAdd(2, 3), table.AfterAdd(), table.BeforeRemove(0, 0), table.AfterRemove();
+  table.BeforeAdd(2, 3);
+  table.AfterAdd();
+  table.BeforeRemove(0, 0);
+  table.AfterRemove();
   table.Update();
   EXPECT_EQ(heard.events,
             (Strings{"current-changed:value=1 ", "before-item-add:end=3 start=2 ",

@@ -85,7 +85,8 @@ TEST_F(ViewModelTest, ListenersReachTheModelAndPresentSubViewModels) {
 TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
   std::string title = "Dr";
   double ratio = -2.5;
-  vm->InstallProp("title", &title), vm->InstallProp("ratio", &ratio);
+  vm->InstallProp("title", &title);
+  vm->InstallProp("ratio", &ratio);
   const std::pair<const char*, Value> cases[] = {
       {"a", 1},  // a plain name is just read
       {"$a * 2 + $shared > 3", 2},

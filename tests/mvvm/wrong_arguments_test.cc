@@ -92,7 +92,8 @@ TEST(WrongArgumentsTest, RefusedAndLogged) {
   NoRows table;
   vm::ViewModelItem loose;
   vm::DataBinding binding;
-  binding.path = "a", binding.converter = "nope";
+  binding.path = "a";
+  binding.converter = "nope";
   vm::NavigatorRequest request("nobody-serves-this");
   vm::NavigatorHandler handler;
   base::Thread thread;
@@ -267,7 +268,8 @@ TEST(DestructionOrderTest, SelectionInAHiddenListIsDroppedWithIt) {
   int destroyed = 0;
   auto* root = new HideLists();
   auto* nested = new vm::ViewModelArray();
-  root->Add(nested), root->Filter("lists");
+  root->Add(nested);
+  root->Filter("lists");
   auto* child = new Tracked<vm::ViewModel>(&destroyed);
   nested->Add(child);
   ASSERT_EQ(root->GetCurrentViewModel(), child);

@@ -74,7 +74,8 @@ TEST(DialogHandlersTest, InputTextIntAndFloat) {
   OnNextDialog<QInputDialog>([](QInputDialog* d) {
     EXPECT_EQ(d->windowTitle(), QString::fromUtf8("Caf\xC3\xA9"));  // Latin-1 in
     EXPECT_EQ(d->textValue(), "old");  // the output argument is the default
-    d->setTextValue(QString::fromUtf8("gr\xC3\xBC\xC3\x9F")), d->accept();
+    d->setTextValue(QString::fromUtf8("gr\xC3\xBC\xC3\x9F"));
+    d->accept();
   });
   EXPECT_TRUE(Navigator::InputText("Caf\xE9", "Your name", text));
   EXPECT_EQ(text, "gr\xC3\xBC\xC3\x9F");  // UTF-8 out
@@ -84,7 +85,8 @@ TEST(DialogHandlersTest, InputTextIntAndFloat) {
     OnNextDialog<QInputDialog>([max](QInputDialog* d) {
       EXPECT_EQ(d->intMinimum(), max == 5 ? -2147483647 : 5);
       EXPECT_EQ(d->intMaximum(), max == 5 ? 2147483647 : 10);
-      d->setIntValue(-42), d->accept();
+      d->setIntValue(-42);
+      d->accept();
     });
     EXPECT_TRUE(Navigator::InputInt("Count", "How many", count, 5, max));
     EXPECT_EQ(count, max == 5 ? -42 : 5);  // else kept in range
@@ -94,7 +96,8 @@ TEST(DialogHandlersTest, InputTextIntAndFloat) {
     double value = 0.5;
     OnNextDialog<QInputDialog>([typed](QInputDialog* d) {
       EXPECT_EQ(d->doubleDecimals(), 1);
-      d->setDoubleValue(typed), d->accept();
+      d->setDoubleValue(typed);
+      d->accept();
     });
     EXPECT_TRUE(Navigator::InputFloat("Ratio", "Ratio", value, 0, 0));
     EXPECT_EQ(value, typed > 0 ? 2.0 : -2.0);  // only the whole part comes back
@@ -104,18 +107,24 @@ TEST(DialogHandlersTest, InputTextIntAndFloat) {
 // A request may carry any numbers: ranges and answers beyond int saturate.
 TEST(DialogHandlersTest, InputRangesBeyondInt) {
   auto* request = new vm::NavigatorRequest("input_int");
-  request->params["min"] = -1e20, request->params["max"] = 1e30;
+  request->params["min"] = -1e20;
+  request->params["max"] = 1e30;
   OnNextDialog<QInputDialog>([](QInputDialog* d) {
     EXPECT_EQ(d->intMinimum(), INT_MIN);
     EXPECT_EQ(d->intMaximum(), INT_MAX);
-    d->setIntValue(INT_MIN), d->accept();
+    d->setIntValue(INT_MIN);
+    d->accept();
   });
   EXPECT_TRUE(Navigator::To(request));
   EXPECT_EQ(request->result.I64(), INT_MIN);
 
   request->target = "input_float";
-  request->params["min"] = -1e300, request->params["max"] = 1e300;
-  OnNextDialog<QInputDialog>([](QInputDialog* d) { d->setDoubleValue(1e12), d->accept(); });
+  request->params["min"] = -1e300;
+  request->params["max"] = 1e300;
+  OnNextDialog<QInputDialog>([](QInputDialog* d) {
+    d->setDoubleValue(1e12);
+    d->accept();
+  });
   EXPECT_TRUE(Navigator::To(request));
   EXPECT_EQ(request->result.I64(), INT_MAX);
   request->Release();
@@ -125,7 +134,8 @@ TEST(DialogHandlersTest, PickColor) {
   std::string color = "#ff0000";
   OnNextDialog<QColorDialog>([](QColorDialog* d) {
     EXPECT_EQ(d->currentColor(), QColor(255, 0, 0));
-    d->setCurrentColor(QColor(0x12, 0x34, 0x56)), d->accept();
+    d->setCurrentColor(QColor(0x12, 0x34, 0x56));
+    d->accept();
   });
   EXPECT_TRUE(Navigator::PickColor("Colour", color));
   EXPECT_EQ(color, "#123456");
