@@ -1,24 +1,11 @@
 #include <cstdio>
 
-#include "ovui.h"
+#include "ovui_qt.h"
 
-namespace {
-
-bool Print(void*, events::Event* e) {
-  std::printf("%s\n", e->ToString().c_str());
-  return false;
-}
-
-}  // namespace
-
+// Linked against ovui::ovui: the Qt layer is there, and loading it registered
+// the standard dialog handlers.
 int main() {
-  auto* emitter = new events::EventEmitter();
-  auto* listener = new events::FunctionListener(&Print, nullptr);
-  emitter->On("prop-changed", listener);
-  events::Event e("prop-changed");
-  e.SetParam("name", "title");
-  emitter->Emit(&e);
-  listener->Release();
-  emitter->Release();
+  std::printf("tr:%s confirm-handler:%d\n", vm::Translator::Tr("Cancel", "ctx").c_str(),
+              vm::Navigator::HasHandler("confirm"));
   return 0;
 }
