@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <regex>
 #include <stdexcept>
 #include <thread>
@@ -10,6 +12,8 @@
 #include "support/log_capture.h"
 
 namespace {
+
+using std::chrono::seconds;
 
 std::atomic<int> g_steps{0};
 
@@ -25,10 +29,26 @@ void* Throwing(void*) {
   throw std::runtime_error("boom");
 }
 
+// Each side announces itself and waits for the other, so both functions have
+// to be running at the same time.
+struct Meeting {
+  std::promise<void> here;
+  std::shared_future<void> other;
+  bool met = false;
+};
+
+void* Meet(void* meeting) {
+  auto* m = static_cast<Meeting*>(meeting);
+  m->here.set_value();
+  m->met = m->other.wait_for(seconds(5)) == std::future_status::ready;
+  return nullptr;
+}
+
 }  // namespace
 
 TEST(ThreadTest, RunsKillsAndLogs) {
   ovui_test::LogCapture log;
+  g_steps = 0;
   base::Thread t;
   ASSERT_TRUE(t.Start(&TwoSteps, nullptr));
   EXPECT_TRUE(t.Join());
@@ -46,16 +66,38 @@ TEST(ThreadTest, RunsKillsAndLogs) {
   EXPECT_TRUE(std::regex_search(log.Text(), logged)) << log.Text();
 }
 
+TEST(ThreadTest, WorkersOfTwoThreadsRunTogether) {
+  Meeting a;
+  Meeting b;
+  a.other = b.here.get_future().share();
+  b.other = a.here.get_future().share();
+  base::Thread ta;
+  base::Thread tb;
+  ASSERT_TRUE(ta.Start(&Meet, &a));
+  ASSERT_TRUE(tb.Start(&Meet, &b));
+  EXPECT_TRUE(ta.Join());
+  EXPECT_TRUE(tb.Join());
+  EXPECT_TRUE(a.met);
+  EXPECT_TRUE(b.met);
+}
+
 TEST(MutexTest, IsRecursiveAndExcludesOtherThreads) {
   base::Mutex m;
   EXPECT_TRUE(m.Lock());
   EXPECT_TRUE(m.Lock());  // the same thread again
-  std::atomic<bool> other_done{false};
-  std::thread other([&] { other_done = m.Lock() && m.Unlock(); });
-  EXPECT_TRUE(m.Unlock());
-  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  EXPECT_FALSE(other_done);  // still held once
+  std::promise<void> asking;
+  std::atomic<bool> released{false};
+  bool got_it_after_release = false;
+  std::thread other([&] {
+    asking.set_value();
+    m.Lock();
+    got_it_after_release = released;
+    m.Unlock();
+  });
+  asking.get_future().wait();
+  EXPECT_TRUE(m.Unlock());  // still held once: `other` keeps waiting
+  released = true;
   EXPECT_TRUE(m.Unlock());
   other.join();
-  EXPECT_TRUE(other_done);
+  EXPECT_TRUE(got_it_after_release);
 }
