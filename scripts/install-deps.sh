@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   g++ make cmake ninja-build pkg-config
-  qtbase5-dev libqt5charts5-dev qttools5-dev-tools
+  qtbase5-dev libqt5charts5-dev qttools5-dev-tools qttools5-dev
   libgtest-dev libbenchmark-dev
 )
 [[ "${1:-}" == fuzz ]] && packages+=(clang libclang-rt-dev)
