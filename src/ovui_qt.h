@@ -4,9 +4,11 @@
 // ovui with its Qt side: everything of ovui.h plus the widget layer.
 
 #include "ovui.h"
+#include "qt/binding_context.h"
 #include "qt/dialog_handlers.h"
 #include "qt/message_box_ex.h"
 #include "qt/timer.h"
 #include "qt/translator.h"
+#include "qt/widget_binder.h"
 
 #endif  // OVUI_OVUI_QT_H_

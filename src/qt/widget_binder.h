@@ -1,0 +1,72 @@
+#ifndef OVUI_QT_WIDGET_BINDER_H_
+#define OVUI_QT_WIDGET_BINDER_H_
+
+#include <string>
+
+#include "mvvm/view_model.h"
+
+class QWidget;
+
+namespace vm {
+
+class BindingContext;
+
+// How one widget class takes part in binding: which property carries the
+// bound value and which signals announce an edit. One binder per class name
+// is registered with BindingContext when the library loads.
+class WidgetBinder {
+ public:
+  virtual ~WidgetBinder() = default;
+  virtual bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) = 0;
+};
+
+// Shows the "binding.value" rule in `prop`, one-way whatever the rule's Mode.
+class DisplayWidgetBinder : public WidgetBinder {
+ public:
+  explicit DisplayWidgetBinder(const std::string& prop) : prop(prop) {}
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+  std::string prop;
+};
+
+// Binds `prop` with the rule's own Mode and, for bindings that write back
+// (TwoWay, OneWayToModel, not Trigger=Explicit), connects the widget's edit
+// signals: with Trigger=Changing those that fire while editing, and in every
+// case those that fire when an edit is finished.
+class InputWidgetBinder : public WidgetBinder {
+ public:
+  explicit InputWidgetBinder(const std::string& prop) : prop(prop) {}
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+  virtual bool ConnectWidgetChangingEvents(BindingContext* ctx, QWidget* widget);
+  virtual bool ConnectWidgetChangedEvents(BindingContext* ctx, QWidget* widget);
+  std::string prop;
+};
+
+// "binding.options" fills the items (one per line of the bound text);
+// "binding.value" selects by text, or by index when the bound value is an
+// integer.
+class ComboBoxWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
+// A list view over a list view model, through ListModelOverViewModel.
+class ListViewWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
+// The "binding.command" rules of a menu's or tool bar's actions.
+class MenuWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
+// One centred label per line of the status bar's "binding.value".
+class StatusBarWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
+}  // namespace vm
+
+#endif  // OVUI_QT_WIDGET_BINDER_H_
