@@ -7,6 +7,7 @@
 #include "qt/binding_context.h"
 #include "qt/dialog_handlers.h"
 #include "qt/message_box_ex.h"
+#include "qt/pop_menu.h"
 #include "qt/timer.h"
 #include "qt/translator.h"
 #include "qt/widget_binder.h"
