@@ -6,6 +6,7 @@
 #include "ovui.h"
 #include "qt/binding_context.h"
 #include "qt/dialog_handlers.h"
+#include "qt/list_model.h"
 #include "qt/message_box_ex.h"
 #include "qt/pop_menu.h"
 #include "qt/timer.h"
