@@ -4,6 +4,7 @@
 // ovui with its Qt side: everything of ovui.h plus the widget layer.
 
 #include "ovui.h"
+#include "qt/data_binding_item.h"
 #include "qt/dialog_handlers.h"
 #include "qt/list_model.h"
 #include "qt/message_box_ex.h"
