@@ -30,9 +30,6 @@ const char* const kServedEvents[] = {"prop-changed",   "set_menu",       "close_
                                      "get_style_sheet"};
 const char kErrorOf[] = "error.of.";
 const size_t kErrorOfLength = sizeof(kErrorOf) - 1;
-// Deeper than this, a change signal raised from inside a view update is
-// refused: two widgets feeding each other would otherwise never settle.
-const int kMaxNestedUpdates = 10;
 const int kDeferredUpdateMs = 25;
 
 bool StartsWith(const std::string& text, const char* prefix, size_t length) {
@@ -334,7 +331,9 @@ void BindingContext::OnPropValidationMsg(QWidget* widget, const std::string& err
 void BindingContext::OnChanged() {
   QObject* obj = sender();
   QWidget* widget = obj && obj->isWidgetType() ? static_cast<QWidget*>(obj) : nullptr;
-  OVUI_CHECK(widget != NULL && this->updating_view < kMaxNestedUpdates, );
+  // Ten nested view updates deep, a change raised from inside one is refused:
+  // two widgets feeding each other would otherwise never settle.
+  OVUI_CHECK(widget != NULL && this->updating_view < 10, );
   UpdateWidgetToModel(widget);
 }
 
