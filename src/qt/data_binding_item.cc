@@ -10,6 +10,7 @@
 #include <QTime>
 #include <QWidget>
 #include <algorithm>
+#include <limits>
 
 #include "base/log.h"
 #include "base/ref_obj.h"
@@ -181,9 +182,16 @@ bool QVariantFromValue(QVariant& qv, const base::Value& value, const std::string
       return true;
     case base::Value::TYPE_INT:
       if (prop == "date" || prop == "time" || prop == "dateTime") {
-        // Seconds since the epoch, shown in local time.
+        // Seconds since the epoch, shown in local time. Beyond the range
+        // the milliseconds can hold there is no instant to show.
+        const long long seconds = value.I64();
+        const long long limit = std::numeric_limits<long long>::max() / 1000;
+        if (seconds > limit || seconds < -limit) {
+          qv = QVariant();
+          return false;
+        }
         QDateTime instant;
-        instant.setMSecsSinceEpoch(value.I64() * 1000);
+        instant.setMSecsSinceEpoch(seconds * 1000);
         if (prop == "date") {
           qv = QVariant(instant.date());
         } else if (prop == "time") {
