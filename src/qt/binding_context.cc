@@ -6,12 +6,14 @@
 #include <QMenu>
 #include <QPalette>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QTimer>
 #include <QVariant>
 #include <QWidget>
 #include <algorithm>
+#include <memory>
 
 #include "base/log.h"
 #include "mvvm/command_binding.h"
@@ -344,19 +346,32 @@ void BindingContext::OnCommand() {
   if (!stored.canConvert<CommandBindingItemQt>()) return;
   const CommandBindingItemQt item = stored.value<CommandBindingItemQt>();
   if (!item.rule || !item.vm) return;
+  // Copied before anything runs: the command may delete the sender, whose
+  // item owns the rule, or the whole window and with it this context.
+  const std::string name = item.rule->name;
+  const std::string args = item.rule->args;
+  const bool close_window = item.rule->close_window;
+  const bool update_model = item.rule->update_model;
+  // Held so that a command whose window takes the last reference with it
+  // still returns into a live view model.
+  item.vm->AddRef();
+  const std::unique_ptr<ViewModel, void (*)(ViewModel*)> owner(
+      item.vm, [](ViewModel* vm) { vm->Release(); });
+  const QPointer<BindingContext> alive(this);
   // Nothing runs while the command says it cannot, even when an action is
   // triggered from code.
-  const bool has = item.vm->HasCommand(item.rule->name);
-  if (has && !item.vm->CanExecuteCommand(item.rule->name, item.rule->args)) return;
-  if (item.rule->update_model) UpdateModel();
+  const bool has = owner->HasCommand(name);
+  if (has && !owner->CanExecuteCommand(name, args)) return;
+  if (update_model) UpdateModel();
+  if (!alive) return;
   if (has) {
-    if (!item.vm->ExecuteCommand(item.rule->name, item.rule->args)) return;
-    if (!item.rule->close_window) {
+    if (!owner->ExecuteCommand(name, args) || !alive) return;
+    if (!close_window) {
       UpdateViewCommand();
       return;
     }
   }
-  if (item.rule->close_window && this->widget) this->widget->close();
+  if (close_window && this->widget) this->widget->close();
 }
 
 void BindingContext::OnWidgetDestroyed(QObject* obj) {
