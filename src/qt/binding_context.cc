@@ -342,9 +342,13 @@ void BindingContext::OnChanged() {
 void BindingContext::OnCommand() {
   QObject* obj = sender();
   OVUI_CHECK(obj != NULL, );
-  const QVariant stored = obj->property("cmd-binding");
-  if (!stored.canConvert<CommandBindingItemQt>()) return;
-  const CommandBindingItemQt item = stored.value<CommandBindingItemQt>();
+  // This context's own item, not the copy in "cmd-binding": an action shared
+  // with another window may carry that window's copy, whose rule is freed
+  // when that window goes.
+  auto found = std::find_if(this->command_bindings.begin(), this->command_bindings.end(),
+                            [obj](const CommandBindingItemQt* item) { return item->obj == obj; });
+  if (found == this->command_bindings.end()) return;
+  const CommandBindingItemQt& item = **found;
   if (!item.rule || !item.vm) return;
   // Copied before anything runs: the command may delete the sender, whose
   // item owns the rule, or the whole window and with it this context.
