@@ -196,7 +196,11 @@ bool BindingContext::BindCommand(QWidget* widget) {
   auto* item =
       new CommandBindingItemQt(widget, current, CommandBindingParser::FromString(text), true);
   AddCommandBinding(item);
-  connect(widget, SIGNAL(clicked()), this, SLOT(OnCommand()));
+  // Only what can be clicked runs its command; other widgets keep the item
+  // for its enabled state.
+  if (widget->metaObject()->indexOfSignal("clicked()") >= 0) {
+    connect(widget, SIGNAL(clicked()), this, SLOT(OnCommand()));
+  }
   return true;
 }
 
@@ -287,8 +291,8 @@ bool BindingContext::UpdateViewCommand() {
 
 bool BindingContext::UpdateModel() {
   ++this->updating_model;
-  // Copied: a model write may rebind or drop widgets.
-  std::vector<QObject*> writers;
+  // Guarded: a model write may destroy widgets (a host listener's doing).
+  std::vector<QPointer<QObject>> writers;
   for (DataBindingItemQt* item : this->data_bindings) {
     if (!item->rule || !item->obj) continue;
     const int mode = item->rule->mode;
@@ -296,8 +300,8 @@ bool BindingContext::UpdateModel() {
       writers.push_back(item->obj);
     }
   }
-  for (QObject* obj : writers) {
-    if (obj->isWidgetType()) UpdateWidgetToModel(static_cast<QWidget*>(obj));
+  for (const QPointer<QObject>& obj : writers) {
+    if (obj && obj->isWidgetType()) UpdateWidgetToModel(static_cast<QWidget*>(obj.data()));
   }
   --this->updating_model;
   return true;
