@@ -62,6 +62,7 @@ int main(int argc, char** argv) {
   }
   if (!HasDisplay() && !IsOffscreen()) {
     std::printf("No display ($DISPLAY and $WAYLAND_DISPLAY are unset): rendering offscreen.\n");
+    std::fflush(stdout);  // before Qt's own messages on stderr
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
   }
   if (IsOffscreen() && screenshot.isEmpty()) screenshot = QStringLiteral(OVUI_FORM_DEMO_PNG);
