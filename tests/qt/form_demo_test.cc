@@ -90,22 +90,27 @@ class FormDemoTest : public testing::Test {
     return texts;
   }
 
-  // Right-clicks the row of `orders` and picks the menu entry whose text
-  // starts with `entry`; returns the texts of the menu's entries.
-  QStringList PickFromContextMenu(QListView* orders, int row, const QString& entry) {
+  // Right-clicks `at` in `orders` and picks the first enabled menu entry
+  // whose text starts with `entry` (none when empty). Returns the entries,
+  // "-" for a separator and disabled ones in brackets.
+  QStringList RightClick(QListView* orders, QPoint at, const QString& entry = QString()) {
     QStringList texts;
     QTimer::singleShot(0, [&] {
       QPointer<QMenu> popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
       if (!popup) return;
       QAction* chosen = nullptr;
       for (QAction* action : popup->actions()) {
-        texts << (action->isSeparator() ? "-" : action->text());
-        if (!chosen && !action->isSeparator() && action->text().startsWith(entry)) chosen = action;
+        const bool enabled = action->isEnabled();
+        texts << (action->isSeparator() ? "-"
+                  : enabled             ? action->text()
+                                        : "[" + action->text() + "]");
+        if (!chosen && enabled && !entry.isEmpty() && action->text().startsWith(entry)) {
+          chosen = action;
+        }
       }
       if (chosen) chosen->trigger();
       if (popup) popup->close();
     });
-    const QPoint at = orders->visualRect(orders->model()->index(row, 0)).center();
     QContextMenuEvent event(QContextMenuEvent::Mouse, at, orders->viewport()->mapToGlobal(at));
     QApplication::sendEvent(orders->viewport(), &event);
     return texts;
@@ -188,37 +193,24 @@ TEST_F(FormDemoTest, SavingListsTheOrderAndTheListMenuRemovesIt) {
   ASSERT_EQ(orders->model()->rowCount(), 3);
   EXPECT_EQ(orders->model()->index(2, 0).data().toString(), "2 x House blend for Ada Lovelace");
   EXPECT_EQ(orders->currentIndex().row(), 2);
-  EXPECT_TRUE(Settled([&] { return StatusFields()[1] == "3 saved orders"; }));
-  EXPECT_EQ(StatusFields()[0], "Saved: 2 x House blend for Ada Lovelace");
+  EXPECT_TRUE(Settled([&] { return StatusFields().value(1) == "3 saved orders"; }));
+  EXPECT_EQ(StatusFields().value(0), "Saved: 2 x House blend for Ada Lovelace");
 
   // A click makes the first order current; the menu offers to remove it.
   const QPoint first = orders->visualRect(orders->model()->index(0, 0)).center();
   QTest::mouseClick(orders->viewport(), Qt::LeftButton, Qt::NoModifier, first);
   EXPECT_EQ(form->GetSavedOrders()->GetCurrent(), 0u);
-  const QStringList entries = PickFromContextMenu(orders, 0, "Remove \"");
-  EXPECT_EQ(entries,
+  EXPECT_EQ(RightClick(orders, first, "Remove \""),
             QStringList({"Remove \"1 x Decaf Colombia for Charles Babbage\"", "-", "Remove all"}));
   ASSERT_EQ(orders->model()->rowCount(), 2);
   EXPECT_EQ(orders->model()->index(0, 0).data().toString(), "3 x House blend for Grace Hopper");
-  EXPECT_TRUE(Settled([&] { return StatusFields()[1] == "2 saved orders"; }));
+  EXPECT_TRUE(Settled([&] { return StatusFields().value(1) == "2 saved orders"; }));
 
-  PickFromContextMenu(orders, 0, "Remove all");
+  RightClick(orders, first, "Remove all");
   EXPECT_EQ(orders->model()->rowCount(), 0);
-  EXPECT_TRUE(Settled([&] { return StatusFields()[1] == "No saved orders"; }));
+  EXPECT_TRUE(Settled([&] { return StatusFields().value(1) == "No saved orders"; }));
   // With nothing left, both entries are greyed out.
-  QStringList disabled;
-  QTimer::singleShot(0, [&] {
-    auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    if (!popup) return;
-    for (QAction* action : popup->actions()) {
-      if (!action->isSeparator() && !action->isEnabled()) disabled << action->text();
-    }
-    popup->close();
-  });
-  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5),
-                          orders->viewport()->mapToGlobal(QPoint(5, 5)));
-  QApplication::sendEvent(orders->viewport(), &event);
-  EXPECT_EQ(disabled, QStringList({"Remove", "Remove all"}));
+  EXPECT_EQ(RightClick(orders, first), QStringList({"[Remove]", "-", "[Remove all]"}));
 }
 
 TEST_F(FormDemoTest, CloseButtonClosesTheWindow) {
