@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The project's user commands:
 #   ./run.sh test    sanitizer build, then every test through ctest
-#   ./run.sh demo    builds and runs the example program
+#   ./run.sh demo    builds and runs the order form demo (offscreen into build/form_demo.png
+#                    when there is no display; --screenshot FILE asks for that anyway)
 #   ./run.sh bench   Release build, then every benchmark under bench/
 #   ./run.sh fuzz [seconds]   every libFuzzer target under fuzz/, 60 s each by default
 set -euo pipefail
@@ -52,7 +53,7 @@ case "$cmd" in
     dir="$root/build/demo"
     configure_and_build "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
       -DOVUI_BUILD_TESTS=OFF -DOVUI_BUILD_EXAMPLES=ON -DOVUI_BUILD_BENCHMARKS=OFF
-    exec "$dir/examples/ovui_demo" "$@"
+    exec "$dir/examples/form_demo/ovui_form_demo" "$@"
     ;;
   bench)
     dir="$root/build/bench"
