@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QFile>
-#include <QListView>
 #include <QPixmap>
 #include <QTimer>
 #include <QUiLoader>
@@ -76,9 +75,6 @@ int main(int argc, char** argv) {
 
   auto* order = new OrderForm();
   vm::BindingContext::CreateAndBind(window.get(), order);
-  // The list's own view model answers right-clicks on it.
-  auto orders_menu = std::make_unique<PopMenuSupport>(window->findChild<QListView*>("orders"),
-                                                      order->GetSavedOrders(), true);
   window->show();
 
   int status = 0;
@@ -91,7 +87,6 @@ int main(int argc, char** argv) {
     status = 1;
   }
 
-  orders_menu.reset();
   window.reset();  // takes its binding context along
   order->Release();
   return status;

@@ -134,11 +134,6 @@ bool SavedOrders::GetContextMenuData(const std::string& name, vm::MenuData& out)
   return true;
 }
 
-bool SavedOrders::InitWindow() {
-  if (Size() > 0) SetCurrent(GetCurrent());
-  return true;
-}
-
 OrderForm::OrderForm() : vm::ViewModel(new Order()) {
   this->products = Order::ProductList();
   InstallProp("status", &this->status);

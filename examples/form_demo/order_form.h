@@ -39,9 +39,6 @@ class SavedOrders : public vm::ViewModelArray {
   std::string CurrentName() const;
 
   bool GetContextMenuData(const std::string& name, vm::MenuData& out) override;
-  // Announces the current order once the window is bound, so that the list
-  // shows it selected from the start.
-  bool InitWindow() override;
 };
 
 // The form: the order's fields, a status line, the saved orders (sub view

@@ -58,6 +58,8 @@ ListModelOverViewModel::ListModelOverViewModel(vm::ViewModelArray* vm, QAbstract
   ListenEvents(vm, this, kEvents, kEventCount);
   vm->AddRef();
   widget->setModel(this);
+  // The view starts on the list's current row, as later changes keep it.
+  if (vm->Size() > 0) widget->setCurrentIndex(index(static_cast<int>(vm->GetCurrent()), 0));
 }
 
 ListModelOverViewModel::~ListModelOverViewModel() {

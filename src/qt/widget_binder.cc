@@ -50,6 +50,13 @@ DataBinding* ParseRule(QWidget* widget) {
 
 }  // namespace
 
+void AttachContextMenu(QWidget* view, ViewModel* vm) {
+  // A child of the view: it goes with it, before the view model the view's
+  // item model keeps alive.
+  auto* menu = new PopMenuSupport(view, vm, true);
+  menu->setParent(view);
+}
+
 bool DisplayWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
   OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
   DataBinding* rule = ParseRule(widget);
@@ -133,7 +140,9 @@ bool ListViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel*
   OVUI_CHECK(vm->GetType() == ViewModel::VIEW_MODEL_ARRAY, false);
   auto* view = qobject_cast<QAbstractItemView*>(widget);
   if (!view) return false;
-  return ListModelOverViewModel::Create(static_cast<ViewModelArray*>(vm), view) != nullptr;
+  if (!ListModelOverViewModel::Create(static_cast<ViewModelArray*>(vm), view)) return false;
+  AttachContextMenu(view, vm);
+  return true;
 }
 
 bool MenuWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {

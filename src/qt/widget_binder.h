@@ -49,7 +49,12 @@ class ComboBoxWidgetBinder : public WidgetBinder {
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
 };
 
-// A list view over a list view model, through ListModelOverViewModel.
+// Gives an item view the context menu its view model keeps under the view's
+// object name; the menu support goes with the view.
+void AttachContextMenu(QWidget* view, ViewModel* vm);
+
+// A list view over a list view model, through ListModelOverViewModel, with
+// the list's context menu.
 class ListViewWidgetBinder : public WidgetBinder {
  public:
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;

@@ -27,7 +27,6 @@
 #include "order_form.h"
 #include "qt/binding_context.h"
 #include "qt/dialog_handlers.h"
-#include "qt/pop_menu.h"
 
 namespace {
 
@@ -64,12 +63,9 @@ class FormDemoTest : public testing::Test {
     EXPECT_TRUE(window);
     if (!window) return;
     EXPECT_TRUE(vm::BindingContext::CreateAndBind(window.get(), form));
-    menu =
-        std::make_unique<PopMenuSupport>(Find<QListView>("orders"), form->GetSavedOrders(), true);
     window->show();
   }
   ~FormDemoTest() override {
-    menu.reset();
     window.reset();
     form->Release();
     toast.reset();
@@ -119,7 +115,6 @@ class FormDemoTest : public testing::Test {
   std::unique_ptr<RecordingToast> toast = std::make_unique<RecordingToast>();
   OrderForm* form = new OrderForm();
   std::unique_ptr<QWidget> window;
-  std::unique_ptr<PopMenuSupport> menu;
 };
 
 }  // namespace
