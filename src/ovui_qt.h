@@ -12,6 +12,7 @@
 #include "qt/pop_menu.h"
 #include "qt/timer.h"
 #include "qt/translator.h"
+#include "qt/tree_model.h"
 #include "qt/widget_binder.h"
 
 #endif  // OVUI_OVUI_QT_H_

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QStatusBar>
 #include <QStringList>
+#include <QTreeView>
 #include <QVariant>
 #include <QWidget>
 
@@ -13,10 +14,12 @@
 #include "mvvm/command_binding.h"
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model_array.h"
+#include "mvvm/view_model_tree.h"
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
 #include "qt/list_model.h"
 #include "qt/pop_menu.h"
+#include "qt/tree_model.h"
 
 namespace vm {
 
@@ -145,6 +148,14 @@ bool ListViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel*
   return true;
 }
 
+bool TreeViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  OVUI_CHECK(vm->GetType() == ViewModel::VIEW_MODEL_TREE, false);
+  auto* view = qobject_cast<QTreeView*>(widget);
+  if (!view) return false;
+  return TreeModelOverViewModel::Create(static_cast<ViewModelTree*>(vm), view) != nullptr;
+}
+
 bool MenuWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
   OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
   for (QAction* action : widget->actions()) {
@@ -220,6 +231,7 @@ struct Registrar {
         {"QStatusBar", new StatusBarWidgetBinder()},
         {"QComboBox", new ComboBoxWidgetBinder()},
         {"QListView", new ListViewWidgetBinder()},
+        {"QTreeView", new TreeViewWidgetBinder()},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);

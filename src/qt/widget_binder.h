@@ -60,6 +60,14 @@ class ListViewWidgetBinder : public WidgetBinder {
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
 };
 
+// A tree view over a tree view model, through TreeModelOverViewModel: one
+// column per line of the view's "binding.value", the first one the tree
+// column.
+class TreeViewWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
 // The "binding.command" rules of a menu's or tool bar's actions.
 class MenuWidgetBinder : public WidgetBinder {
  public:
