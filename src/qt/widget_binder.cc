@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QStatusBar>
 #include <QStringList>
+#include <QTableView>
 #include <QVariant>
 #include <QWidget>
 
@@ -13,10 +14,13 @@
 #include "mvvm/command_binding.h"
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model_array.h"
+#include "mvvm/view_model_htable.h"
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
+#include "qt/htable_model.h"
 #include "qt/list_model.h"
 #include "qt/pop_menu.h"
+#include "qt/table_model.h"
 
 namespace vm {
 
@@ -136,6 +140,20 @@ bool ListViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel*
   return ListModelOverViewModel::Create(static_cast<ViewModelArray*>(vm), view) != nullptr;
 }
 
+bool TableViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  auto* view = qobject_cast<QTableView*>(widget);
+  if (!view) return false;
+  if (!widget->property("binding.attribute").isValid()) {
+    auto* a = dynamic_cast<ViewModelArray*>(vm);
+    OVUI_CHECK(a, false);
+    return TableModelOverViewModel::Create(a, view) != nullptr;
+  }
+  auto* ht = dynamic_cast<ViewModelHTable*>(vm);
+  OVUI_CHECK(ht, false);
+  return HighTableModelOverViewModel::Create(ht, view) != nullptr;
+}
+
 bool MenuWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
   OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
   for (QAction* action : widget->actions()) {
@@ -211,6 +229,7 @@ struct Registrar {
         {"QStatusBar", new StatusBarWidgetBinder()},
         {"QComboBox", new ComboBoxWidgetBinder()},
         {"QListView", new ListViewWidgetBinder()},
+        {"QTableView", new TableViewWidgetBinder()},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);
