@@ -121,14 +121,34 @@ QVariant CellData(const ItemColumn& column, ViewModel* row, int role, ViewModel*
     default:
       return QVariant();
   }
-  // A check column shows its box only.
+  // Not read at all for a role the column does not show.
   if (column.IsCheck() != (role == Qt::CheckStateRole)) return QVariant();
   base::Value value;
   if (!column.rule->GetPropW(row, value)) return QVariant();
+  return CellValue(column, value, role);
+}
+
+QVariant CellValue(const ItemColumn& column, const base::Value& value, int role) {
+  if (role != Qt::DisplayRole && role != Qt::EditRole && role != Qt::CheckStateRole) {
+    return QVariant();
+  }
+  // A check column shows its box only.
+  if (column.IsCheck() != (role == Qt::CheckStateRole)) return QVariant();
   if (role == Qt::CheckStateRole) return value.Bool() ? Qt::Checked : Qt::Unchecked;
   QVariant qv;
   QVariantFromValue(qv, value, ConversionFor(column.editor));
   return qv;
+}
+
+bool CellInput(const ItemColumn& column, const QVariant& input, int role, base::Value& value,
+               std::string& error) {
+  if (role == Qt::CheckStateRole && column.IsCheck()) {
+    value.Bool(input.toInt() == Qt::Checked);
+    return true;
+  }
+  if (role == Qt::EditRole && !column.IsCheck() && ValueFromQVariant(value, input)) return true;
+  error = "unsupported value";
+  return false;
 }
 
 bool SetCellData(const ItemColumn& column, ViewModel* row, const QVariant& input, int role,
@@ -138,12 +158,7 @@ bool SetCellData(const ItemColumn& column, ViewModel* row, const QVariant& input
     return false;
   }
   base::Value value;
-  if (role == Qt::CheckStateRole && column.IsCheck()) {
-    value.Bool(input.toInt() == Qt::Checked);
-  } else if (role != Qt::EditRole || !ValueFromQVariant(value, input)) {
-    error = "unsupported value";
-    return false;
-  }
+  if (!CellInput(column, input, role, value, error)) return false;
   return column.rule->SetPropW(row, value, error);
 }
 

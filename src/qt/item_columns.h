@@ -79,6 +79,14 @@ QVariant CellData(const ItemColumn& column, ViewModel* row, int role, ViewModel*
 // property. False, with `error` saying why, when refused.
 bool SetCellData(const ItemColumn& column, ViewModel* row, const QVariant& value, int role,
                  std::string& error);
+// The same two steps for cells that are not view-model properties (the
+// fields of a horizontal table): what a value already read shows for `role`,
+// and the value an edit stands for (a check state for check columns, the
+// editor's value otherwise). CellInput is false, with `error` set, for a
+// role or value the column cannot take.
+QVariant CellValue(const ItemColumn& column, const base::Value& value, int role);
+bool CellInput(const ItemColumn& column, const QVariant& input, int role, base::Value& value,
+               std::string& error);
 Qt::ItemFlags CellFlags(const ItemColumn& column, Qt::ItemFlags base);
 
 // Refused cell writes. A refused cell shows red text with the message as its

@@ -7,6 +7,7 @@
 #include <QStatusBar>
 #include <QStringList>
 #include <QTreeView>
+#include <QTableView>
 #include <QVariant>
 #include <QWidget>
 
@@ -15,11 +16,14 @@
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model_array.h"
 #include "mvvm/view_model_tree.h"
+#include "mvvm/view_model_htable.h"
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
+#include "qt/htable_model.h"
 #include "qt/list_model.h"
 #include "qt/pop_menu.h"
 #include "qt/tree_model.h"
+#include "qt/table_model.h"
 
 namespace vm {
 
@@ -156,6 +160,20 @@ bool TreeViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel*
   return TreeModelOverViewModel::Create(static_cast<ViewModelTree*>(vm), view) != nullptr;
 }
 
+bool TableViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  auto* view = qobject_cast<QTableView*>(widget);
+  if (!view) return false;
+  if (!widget->property("binding.attribute").isValid()) {
+    auto* a = dynamic_cast<ViewModelArray*>(vm);
+    OVUI_CHECK(a, false);
+    return TableModelOverViewModel::Create(a, view) != nullptr;
+  }
+  auto* ht = dynamic_cast<ViewModelHTable*>(vm);
+  OVUI_CHECK(ht, false);
+  return HighTableModelOverViewModel::Create(ht, view) != nullptr;
+}
+
 bool MenuWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
   OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
   for (QAction* action : widget->actions()) {
@@ -232,6 +250,7 @@ struct Registrar {
         {"QComboBox", new ComboBoxWidgetBinder()},
         {"QListView", new ListViewWidgetBinder()},
         {"QTreeView", new TreeViewWidgetBinder()},
+        {"QTableView", new TableViewWidgetBinder()},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);

@@ -68,6 +68,14 @@ class TreeViewWidgetBinder : public WidgetBinder {
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
 };
 
+// A table view: without "binding.attribute" over a list view model, through
+// TableModelOverViewModel; with it over a vm::ViewModelHTable, through
+// HighTableModelOverViewModel. Another view model is logged and refused.
+class TableViewWidgetBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
 // The "binding.command" rules of a menu's or tool bar's actions.
 class MenuWidgetBinder : public WidgetBinder {
  public:
