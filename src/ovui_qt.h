@@ -7,6 +7,7 @@
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
 #include "qt/dialog_handlers.h"
+#include "qt/header_view_ext.h"
 #include "qt/list_model.h"
 #include "qt/message_box_ex.h"
 #include "qt/pop_menu.h"
