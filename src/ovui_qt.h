@@ -7,6 +7,7 @@
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
 #include "qt/dialog_handlers.h"
+#include "qt/header_view_ext.h"
 #include "qt/htable_model.h"
 #include "qt/item_columns.h"
 #include "qt/list_model.h"

@@ -6,8 +6,8 @@
 #include <QLabel>
 #include <QStatusBar>
 #include <QStringList>
-#include <QTreeView>
 #include <QTableView>
+#include <QTreeView>
 #include <QVariant>
 #include <QWidget>
 
@@ -15,15 +15,16 @@
 #include "mvvm/command_binding.h"
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model_array.h"
-#include "mvvm/view_model_tree.h"
 #include "mvvm/view_model_htable.h"
+#include "mvvm/view_model_tree.h"
 #include "qt/binding_context.h"
 #include "qt/data_binding_item.h"
+#include "qt/header_view_ext.h"
 #include "qt/htable_model.h"
 #include "qt/list_model.h"
 #include "qt/pop_menu.h"
-#include "qt/tree_model.h"
 #include "qt/table_model.h"
+#include "qt/tree_model.h"
 
 namespace vm {
 
@@ -157,21 +158,29 @@ bool TreeViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel*
   OVUI_CHECK(vm->GetType() == ViewModel::VIEW_MODEL_TREE, false);
   auto* view = qobject_cast<QTreeView*>(widget);
   if (!view) return false;
-  return TreeModelOverViewModel::Create(static_cast<ViewModelTree*>(vm), view) != nullptr;
+  if (!TreeModelOverViewModel::Create(static_cast<ViewModelTree*>(vm), view)) return false;
+  AttachContextMenu(view, vm);
+  return true;
 }
 
 bool TableViewWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
   OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
   auto* view = qobject_cast<QTableView*>(widget);
   if (!view) return false;
+  bool made = false;
   if (!widget->property("binding.attribute").isValid()) {
     auto* a = dynamic_cast<ViewModelArray*>(vm);
     OVUI_CHECK(a, false);
-    return TableModelOverViewModel::Create(a, view) != nullptr;
+    // Before the model, which connects to the header it finds.
+    if (PropertyText(widget, "binding.header") == "ext") QHeaderViewExt::Install(view);
+    made = TableModelOverViewModel::Create(a, view) != nullptr;
+  } else {
+    auto* ht = dynamic_cast<ViewModelHTable*>(vm);
+    OVUI_CHECK(ht, false);
+    made = HighTableModelOverViewModel::Create(ht, view) != nullptr;
   }
-  auto* ht = dynamic_cast<ViewModelHTable*>(vm);
-  OVUI_CHECK(ht, false);
-  return HighTableModelOverViewModel::Create(ht, view) != nullptr;
+  if (made) AttachContextMenu(view, vm);
+  return made;
 }
 
 bool MenuWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
