@@ -14,6 +14,7 @@
 #include "mvvm/data_binding_parser.h"
 #include "mvvm/view_model_array.h"
 #include "qt/binding_context.h"
+#include "qt/chart_binding.h"
 #include "qt/data_binding_item.h"
 #include "qt/list_model.h"
 #include "qt/pop_menu.h"
@@ -175,6 +176,14 @@ bool StatusBarWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel
   return true;
 }
 
+bool ChartWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  DataBinding* rule = ParseRule(widget);
+  if (!rule) return false;
+  rule->AsOneWay();
+  return ctx->AddDataBinding(new DataBindingItemChart(widget, vm, rule, this->prop, true));
+}
+
 namespace {
 
 // The binders of the library's widget classes, registered once at load.
@@ -211,6 +220,8 @@ struct Registrar {
         {"QStatusBar", new StatusBarWidgetBinder()},
         {"QComboBox", new ComboBoxWidgetBinder()},
         {"QListView", new ListViewWidgetBinder()},
+        {"QtCharts::QChartView", new ChartWidgetBinder("value")},
+        {"ChartViewEx", new ChartWidgetBinder("value")},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);
