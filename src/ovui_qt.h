@@ -6,6 +6,7 @@
 #include "ovui.h"
 #include "qt/binding_context.h"
 #include "qt/chart_binding.h"
+#include "qt/chart_view_ex.h"
 #include "qt/data_binding_item.h"
 #include "qt/dialog_handlers.h"
 #include "qt/list_model.h"

@@ -21,6 +21,7 @@
 #include <memory>
 
 #include "qt/binding_context.h"
+#include "qt/chart_view_ex.h"
 #include "support/log_capture.h"
 
 QT_CHARTS_USE_NAMESPACE
@@ -93,6 +94,7 @@ struct ChartFixture : testing::Test {
 };
 
 using ChartBindingTest = ChartFixture<QChartView>;
+using ChartViewExTest = ChartFixture<ChartViewEx>;
 
 }  // namespace
 
@@ -226,7 +228,7 @@ TEST_F(ChartBindingTest, TheViewAndTheViewModelMayGoInEitherOrder) {
   QTest::qWait(60);
 
   auto* second = new QWidget();
-  auto* chart = new QChartView(second);
+  auto* chart = new ChartViewEx(second);
   chart->setProperty("binding.value", "{Binding Path=chart}");
   auto* later = new Dashboard();
   later->data.AddSeries("Line", ChartSeriesData::LINE).points = {{0, 1}};
@@ -234,4 +236,67 @@ TEST_F(ChartBindingTest, TheViewAndTheViewModelMayGoInEitherOrder) {
   later->Release();  // the context keeps it, and its data, alive
   EXPECT_EQ(chart->chart()->series().size(), 1);
   delete second;
+}
+
+TEST_F(ChartViewExTest, TheMarkerReadsEachSeriesUnderTheMouse) {
+  ASSERT_EQ(std::string(view->metaObject()->className()), "ChartViewEx");
+  ChartSeriesData& up = board->data.AddSeries("Up", ChartSeriesData::LINE);
+  up.points = {{0, 0}, {4, 4}, {10, 10}};
+  ChartSeriesData& down = board->data.AddSeries("Down", ChartSeriesData::SPLINE);
+  down.points = {{0, 10}, {10, 0}};
+  ChartSeriesData& hits = board->data.AddSeries("Hits", ChartSeriesData::SCATTER);
+  hits.points = {{2, 3}, {8, 6}};
+  board->data.title = "Readings";
+  ASSERT_TRUE(Bind());
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+
+  auto* series = static_cast<QAbstractSeries*>(Shown(up));
+  auto pixel = [&](double x, double y) {
+    const QPointF in_chart = Chart()->mapToPosition(QPointF(x, y), series);
+    return view->mapFromScene(Chart()->mapToScene(in_chart));
+  };
+  const QPoint at = pixel(2.5, 5);
+  QTest::mouseMove(view->viewport(), at);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view->isMarkerVisible(); }, 1000));
+  EXPECT_NEAR(view->markerLine().x1(), at.x(), 1.0);
+  EXPECT_NEAR(view->markerLine().x2(), at.x(), 1.0);
+  EXPECT_LT(view->markerLine().y1(), pixel(2.5, 9).y());  // spans the plot area
+  EXPECT_GT(view->markerLine().y2(), pixel(2.5, 1).y());
+  const QString text = view->markerText();
+  EXPECT_TRUE(text.startsWith("x = 2.")) << text.toStdString();
+  // Pixels round the x a little; the values show three digits or more.
+  EXPECT_TRUE(text.contains("Up: 2.5") || text.contains("Up: 2.4")) << text.toStdString();
+  EXPECT_TRUE(text.contains("Down: 7.5") || text.contains("Down: 7.4")) << text.toStdString();
+  EXPECT_TRUE(text.contains("Hits: 3\n") || text.endsWith("Hits: 3")) << text.toStdString();
+  EXPECT_TRUE(view->grab().save(Output("chart_view_ex_marker.png")));
+
+  // The marker follows the data too, once the mouse moves.
+  up.points = {{0, 1}, {10, 1}};
+  ASSERT_TRUE(Publish([&] { return Points(series).size() == 2; }));
+  QTest::mouseMove(view->viewport(), pixel(7, 5));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view->markerText().contains("Up: 1"); }, 1000));
+
+  QTest::mouseMove(view->viewport(), QPoint(2, 2));  // outside the plot area
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !view->isMarkerVisible(); }, 1000));
+  EXPECT_TRUE(view->markerText().isEmpty());
+  QTest::mouseMove(view->viewport(), pixel(5, 5));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view->isMarkerVisible(); }, 1000));
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(view->viewport(), &leave);
+  EXPECT_FALSE(view->isMarkerVisible());
+}
+
+TEST_F(ChartViewExTest, OverBarsTheMarkerNamesTheCategory) {
+  board->data.AddSeries("2023", ChartSeriesData::BAR).values = {{"North", 4}, {"South", 6}};
+  board->data.AddSeries("2024", ChartSeriesData::BAR).values = {{"North", 5}, {"South", 2}};
+  ASSERT_TRUE(Bind());
+  window->show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  auto* bars = Chart()->series().at(0);
+  const QPointF south = Chart()->mapToPosition(QPointF(1, 1), bars);
+  QTest::mouseMove(view->viewport(), view->mapFromScene(Chart()->mapToScene(south)));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return view->isMarkerVisible(); }, 1000));
+  EXPECT_EQ(view->markerText(), "South\n2023: 6\n2024: 2");
+  EXPECT_TRUE(view->grab().save(Output("chart_view_ex_bars.png")));
 }
