@@ -18,6 +18,7 @@
 #include "mvvm/view_model_htable.h"
 #include "mvvm/view_model_tree.h"
 #include "qt/binding_context.h"
+#include "qt/chart_binding.h"
 #include "qt/data_binding_item.h"
 #include "qt/header_view_ext.h"
 #include "qt/htable_model.h"
@@ -222,6 +223,14 @@ bool StatusBarWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel
   return true;
 }
 
+bool ChartWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  DataBinding* rule = ParseRule(widget);
+  if (!rule) return false;
+  rule->AsOneWay();
+  return ctx->AddDataBinding(new DataBindingItemChart(widget, vm, rule, this->prop, true));
+}
+
 namespace {
 
 // The binders of the library's widget classes, registered once at load.
@@ -258,8 +267,10 @@ struct Registrar {
         {"QStatusBar", new StatusBarWidgetBinder()},
         {"QComboBox", new ComboBoxWidgetBinder()},
         {"QListView", new ListViewWidgetBinder()},
-        {"QTreeView", new TreeViewWidgetBinder()},
         {"QTableView", new TableViewWidgetBinder()},
+        {"QTreeView", new TreeViewWidgetBinder()},
+        {"QtCharts::QChartView", new ChartWidgetBinder("value")},
+        {"ChartViewEx", new ChartWidgetBinder("value")},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);

@@ -82,6 +82,16 @@ class MenuWidgetBinder : public WidgetBinder {
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
 };
 
+// Shows the view model's vm::ChartData, held by the property the
+// "binding.value" rule names as a pointer, in a QChartView or ChartViewEx.
+// Always one-way: a chart never writes back.
+class ChartWidgetBinder : public WidgetBinder {
+ public:
+  explicit ChartWidgetBinder(const std::string& prop) : prop(prop) {}
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+  std::string prop;
+};
+
 // One centred label per line of the status bar's "binding.value".
 class StatusBarWidgetBinder : public WidgetBinder {
  public:
