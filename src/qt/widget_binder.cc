@@ -23,6 +23,7 @@
 #include "qt/header_view_ext.h"
 #include "qt/htable_model.h"
 #include "qt/list_model.h"
+#include "qt/menu_container.h"
 #include "qt/pop_menu.h"
 #include "qt/table_model.h"
 #include "qt/tree_model.h"
@@ -231,6 +232,13 @@ bool ChartWidgetBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm
   return ctx->AddDataBinding(new DataBindingItemChart(widget, vm, rule, this->prop, true));
 }
 
+bool MenuContainerBinder::Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) {
+  OVUI_CHECK(ctx != NULL && widget != NULL && vm != NULL, false);
+  auto* container = qobject_cast<CMenuContainer*>(widget);
+  OVUI_CHECK(container != NULL, false);
+  return container->bindToVm(vm);
+}
+
 namespace {
 
 // The binders of the library's widget classes, registered once at load.
@@ -271,6 +279,7 @@ struct Registrar {
         {"QTreeView", new TreeViewWidgetBinder()},
         {"QtCharts::QChartView", new ChartWidgetBinder("value")},
         {"ChartViewEx", new ChartWidgetBinder("value")},
+        {"CMenuContainer", new MenuContainerBinder()},
     };
     for (const Row& row : rows)
       BindingContext::RegisterWidgetBinder(row.class_name, row.binder);

@@ -98,6 +98,14 @@ class StatusBarWidgetBinder : public WidgetBinder {
   bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
 };
 
+// A CMenuContainer: the container itself listens to the view model and reads
+// its "binding.value" (the property that holds the item tree); no binding
+// item is created.
+class MenuContainerBinder : public WidgetBinder {
+ public:
+  bool Bind(BindingContext* ctx, QWidget* widget, ViewModel* vm) override;
+};
+
 }  // namespace vm
 
 #endif  // OVUI_QT_WIDGET_BINDER_H_
