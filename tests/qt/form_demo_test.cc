@@ -6,7 +6,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QContextMenuEvent>
-#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,11 +18,11 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
-#include <QUiLoader>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "form_loader.h"
 #include "order_form.h"
 #include "qt/binding_context.h"
 #include "qt/dialog_handlers.h"
@@ -56,10 +55,7 @@ bool Settled(const std::function<bool()>& done) {
 class FormDemoTest : public testing::Test {
  protected:
   FormDemoTest() {
-    QFile file(":/form_demo/form_demo.ui");
-    EXPECT_TRUE(file.open(QFile::ReadOnly));
-    QUiLoader loader;
-    window.reset(loader.load(&file));
+    window = LoadForm();
     EXPECT_TRUE(window);
     if (!window) return;
     EXPECT_TRUE(vm::BindingContext::CreateAndBind(window.get(), form));
