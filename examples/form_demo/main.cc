@@ -1,21 +1,25 @@
-// The order form: a Designer file whose widgets carry binding rules, bound to
-// a view model that knows nothing of Qt.
+// The order form and the catalogue: a Designer file whose widgets carry
+// binding rules, bound to view models that know nothing of the widgets.
 //
-//   ovui_form_demo                    shows the form
-//   ovui_form_demo --screenshot FILE  renders it offscreen into FILE and exits
+//   ovui_form_demo                    shows the window
+//   ovui_form_demo --screenshot FILE  renders it offscreen and exits: the
+//                                     order tab into FILE, the catalogue tab
+//                                     into FILE with "_catalogue" before the
+//                                     extension (form.png, form_catalogue.png)
 //
-// Without a display the form is rendered offscreen into a default file.
+// Without a display the window is rendered offscreen into default files.
 #include <QApplication>
 #include <QEventLoop>
-#include <QFile>
+#include <QFileInfo>
 #include <QPixmap>
+#include <QTabWidget>
 #include <QTimer>
-#include <QUiLoader>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
+#include "form_loader.h"
 #include "order_form.h"
 #include "ovui_qt.h"
 
@@ -32,11 +36,12 @@ bool IsOffscreen() {
   return platform && std::strcmp(platform, "offscreen") == 0;
 }
 
-std::unique_ptr<QWidget> LoadForm() {
-  QFile file(":/form_demo/form_demo.ui");
-  if (!file.open(QFile::ReadOnly)) return nullptr;
-  QUiLoader loader;
-  return std::unique_ptr<QWidget>(loader.load(&file));
+// "dir/form.png" -> "dir/form_catalogue.png".
+QString CataloguePath(const QString& path) {
+  const QFileInfo info(path);
+  const QString suffix = info.suffix();
+  const QString base = suffix.isEmpty() ? path : path.left(path.size() - suffix.size() - 1);
+  return base + "_catalogue" + (suffix.isEmpty() ? QString() : "." + suffix);
 }
 
 // Lets the first paint and the deferred view update happen, then saves.
@@ -44,7 +49,22 @@ bool SaveScreenshot(QWidget* window, const QString& path) {
   QEventLoop loop;
   QTimer::singleShot(200, &loop, &QEventLoop::quit);
   loop.exec();
-  return window->grab().save(path, "PNG");
+  if (!window->grab().save(path, "PNG")) {
+    std::fprintf(stderr, "cannot write %s\n", path.toLocal8Bit().constData());
+    return false;
+  }
+  std::printf("%s\n", path.toLocal8Bit().constData());
+  return true;
+}
+
+// One picture per tab.
+bool SaveScreenshots(QWidget* window, const QString& path) {
+  auto* tabs = window->findChild<QTabWidget*>("tabs");
+  if (!tabs) return SaveScreenshot(window, path);
+  tabs->setCurrentIndex(0);
+  if (!SaveScreenshot(window, path)) return false;
+  tabs->setCurrentIndex(1);
+  return SaveScreenshot(window, CataloguePath(path));
 }
 
 }  // namespace
@@ -80,10 +100,7 @@ int main(int argc, char** argv) {
   int status = 0;
   if (screenshot.isEmpty()) {
     status = app.exec();
-  } else if (SaveScreenshot(window.get(), screenshot)) {
-    std::printf("%s\n", screenshot.toLocal8Bit().constData());
-  } else {
-    std::fprintf(stderr, "cannot write %s\n", screenshot.toLocal8Bit().constData());
+  } else if (!SaveScreenshots(window.get(), screenshot)) {
     status = 1;
   }
 

@@ -4,6 +4,8 @@
 #include <functional>
 #include <utility>
 
+#include "catalogue.h"
+
 namespace {
 
 struct Product {
@@ -49,7 +51,6 @@ class RequiredValidator : public vm::IValidator {
   }
 };
 
-// Prices for display: 7.5 shows as "€ 7.50". Display only.
 class MoneyConverter : public vm::IConverter {
  public:
   bool Convert(const base::Value& from, base::Value& to) override {
@@ -78,6 +79,10 @@ vm::MenuData* MenuEntry(const std::string& text, const std::string& command) {
 }
 
 }  // namespace
+
+vm::IConverter* NewMoneyConverter() {
+  return new MoneyConverter();
+}
 
 Order::Order() {
   this->product = kProducts[0].name;
@@ -140,7 +145,7 @@ OrderForm::OrderForm() : vm::ViewModel(new Order()) {
   InstallProp("summary", &this->summary);
   InstallProp("products", &this->products);
   RegisterValidator("required", new RequiredValidator());
-  RegisterConverter("money", new MoneyConverter());
+  RegisterConverter("money", NewMoneyConverter());
   RegisterCommand("save", new Command([this] { return Save(); }, [this] { return CanSave(); }));
 
   this->saved = new SavedOrders();
@@ -154,6 +159,9 @@ OrderForm::OrderForm() : vm::ViewModel(new Order()) {
   this->saved->RegisterCommand("remove_all",
                                new Command([this] { return RemoveAll(); }, has_orders));
   UpdateSummary();
+
+  this->catalogue = new Catalogue();
+  SetSubViewModel("catalogue", this->catalogue);
 }
 
 bool OrderForm::CanSave() const {

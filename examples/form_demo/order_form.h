@@ -5,6 +5,11 @@
 
 #include "ovui.h"
 
+class Catalogue;
+
+// Prices for display: 7.5 shows as "€ 7.50". Display only.
+vm::IConverter* NewMoneyConverter();
+
 // The view model of the order form in form_demo.ui. None of it knows Qt:
 // the form's widgets find what they show through the rules in the .ui.
 
@@ -42,7 +47,8 @@ class SavedOrders : public vm::ViewModelArray {
 };
 
 // The form: the order's fields, a status line, the saved orders (sub view
-// model "orders") and the commands "save", "remove" and "remove_all".
+// model "orders"), the catalogue tab (sub view model "catalogue") and the
+// commands "save", "remove" and "remove_all".
 //
 // "save" may run while the customer field holds an accepted name: the
 // validator "required" refuses an empty one, and until a name is accepted
@@ -54,6 +60,8 @@ class OrderForm : public vm::ViewModel {
 
   Order* GetOrder() const { return static_cast<Order*>(GetModel()); }
   SavedOrders* GetSavedOrders() const { return this->saved; }
+  // The second tab's view model (sub view model "catalogue").
+  Catalogue* GetCatalogue() const { return this->catalogue; }
 
   bool Save();
   bool CanSave() const;
@@ -68,7 +76,8 @@ class OrderForm : public vm::ViewModel {
   void SetText(const char* name, const std::string& text);
   void UpdateSummary();
 
-  SavedOrders* saved = nullptr;  // held in the sub view model registry
+  SavedOrders* saved = nullptr;    // held in the sub view model registry
+  Catalogue* catalogue = nullptr;  // likewise
 };
 
 #endif  // OVUI_EXAMPLES_FORM_DEMO_ORDER_FORM_H_
