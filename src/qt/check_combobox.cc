@@ -139,7 +139,8 @@ void CCheckComboBox::bindToVm(vm::ViewModel* vm, const std::string& rule) {
 bool CCheckComboBox::OnEvent(events::Event* event) {
   if (!event || event->GetType() != kPropChanged) return false;
   // One event for every property: read everything again.
-  if (std::string(event->GetParam("kind").Str()) == "PropsChange") {
+  const char* kind = event->GetParam("kind").Str();
+  if (kind && std::string(kind) == "PropsChange") {
     if (this->options_prop.empty()) {
       readAllItemStates();
     } else {
