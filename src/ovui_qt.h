@@ -7,6 +7,7 @@
 #include "qt/binding_context.h"
 #include "qt/chart_binding.h"
 #include "qt/chart_view_ex.h"
+#include "qt/check_combobox.h"
 #include "qt/data_binding_item.h"
 #include "qt/dialog_handlers.h"
 #include "qt/header_view_ext.h"
