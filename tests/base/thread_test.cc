@@ -5,7 +5,10 @@
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <stdexcept>
 #include <thread>
+
+#include "support/log_capture.h"
 
 namespace {
 
@@ -61,7 +64,30 @@ void* Meet(void* meeting) {
   return nullptr;
 }
 
+void* KillOwnThread(void* thread) {
+  static_cast<base::Thread*>(thread)->Kill();
+  ADD_FAILURE() << "Kill returned";
+  return nullptr;
+}
+
+void* Throw(void*) {
+  throw std::runtime_error("boom");
+}
+
 }  // namespace
+
+TEST(ThreadTest, KillEndsItsWorkerAndAThrowIsLogged) {
+  ovui_test::LogCapture log;
+  base::Thread t;
+  ASSERT_TRUE(t.Start(&KillOwnThread, &t));
+  EXPECT_TRUE(t.Join());
+  ASSERT_TRUE(t.Start(&Throw, nullptr));
+  EXPECT_TRUE(t.Join());
+  EXPECT_FALSE(t.IsRunning());
+  EXPECT_NE(log.Text().find("[2] Thread Exception.\n"), std::string::npos) << log.Text();
+  EXPECT_FALSE(t.Kill());  // idle
+  EXPECT_TRUE(log.HasFailedCheck("Kill", "this->running"));
+}
 
 TEST(ThreadTest, RestartsAndOtherThreadsRunAtOnceEachWithItsOwnStart) {
   std::atomic<int> counts[8][2] = {};
