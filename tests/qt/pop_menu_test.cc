@@ -4,21 +4,21 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QCursor>
 #include <QMenu>
 #include <QPixmap>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "support/log_capture.h"
+#include "support/menus.h"
 #include "support/toy_objects.h"
 
+using ovui_test::Describe;
+using ovui_test::RightClick;
 using ovui_test::ToyCommand;
 
 namespace {
@@ -67,43 +67,6 @@ class MenuViewModel : public vm::ViewModel {
   vm::MenuData menu;
   std::vector<std::string> asked;
 };
-
-// The menu as text, one line per entry: submenus end in " >" with their
-// entries indented below, separators are "-", disabled entries are in [].
-std::vector<std::string> Describe(const QMenu& menu, const std::string& indent = "") {
-  std::vector<std::string> lines;
-  for (QAction* action : menu.actions()) {
-    std::string text = action->text().toUtf8().toStdString();
-    if (action->isSeparator()) {
-      lines.push_back(indent + "-");
-    } else if (action->menu()) {
-      lines.push_back(indent + text + " >");
-      for (const std::string& line : Describe(*action->menu(), indent + "  "))
-        lines.push_back(line);
-    } else {
-      lines.push_back(indent + (action->isEnabled() ? text : "[" + text + "]"));
-    }
-  }
-  return lines;
-}
-
-// Right-clicks `widget` the way the window system does and hands the first
-// menu that opens to `inspect`, inside the menu's own event loop. Every menu
-// still open afterwards is closed. Returns how many menus opened.
-int RightClick(QWidget& widget, const std::function<void(QMenu&)>& inspect = {}) {
-  int opened = 0;
-  QTimer poll;
-  QObject::connect(&poll, &QTimer::timeout, [&] {
-    QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    if (!menu) return;
-    if (opened++ == 0 && inspect) inspect(*menu);
-    if (menu) menu->close();
-  });
-  poll.start(0);
-  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 4), widget.mapToGlobal(QPoint(3, 4)));
-  QApplication::sendEvent(&widget, &event);
-  return opened;
-}
 
 }  // namespace
 

@@ -26,6 +26,7 @@
 #include "mvvm/view_model_item.h"
 #include "qt/binding_context.h"
 #include "qt/htable_model.h"
+#include "support/item_views.h"
 #include "support/log_capture.h"
 #include "support/toy_objects.h"
 
@@ -92,22 +93,11 @@ struct TableTest : testing::Test {
     rows->Add(new Row(name, qty, done), index);
   }
   std::string Shown(int column = 0) const {  // "a,b"
-    std::string out;
-    for (int r = 0; r < model->rowCount(); ++r)
-      out += (r ? "," : "") + model->index(r, column).data().toString().toStdString();
-    return out;
+    return ovui_test::ColumnTexts(model, column).join(',').toStdString();
   }
   QModelIndex At(int row, int column) const { return model->index(row, column); }
-  // Types `text` into the cell's editor and presses Enter.
   void Type(const QModelIndex& cell, const char* text) {
-    view->setCurrentIndex(cell);
-    view->edit(cell);
-    QWidget* editor = view->indexWidget(cell);
-    ASSERT_TRUE(editor);
-    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QApplication::processEvents();  // the delegate commits after the key
+    ASSERT_TRUE(ovui_test::TypeInCell(view, cell, text));
   }
 
   int destroyed = 0;
