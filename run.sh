@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # The project's user commands:
 #   ./run.sh test    sanitizer build, then every test through ctest
-#   ./run.sh demo    builds and runs the form demo (offscreen into build/form_demo.png and
-#                    build/form_demo_catalogue.png when there is no display;
+#   ./run.sh demo    builds and runs the form demo (offscreen into build/form_demo.png,
+#                    build/form_demo_catalogue.png, ..._settings.png and
+#                    ..._settings_dialog.png when there is no display;
 #                    --screenshot FILE asks for that anyway)
 #   ./run.sh bench   Release build, then every benchmark under bench/
 #   ./run.sh fuzz [seconds]   every libFuzzer target under fuzz/, 60 s each by default

@@ -1,5 +1,6 @@
 #include "catalogue.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "order_form.h"
@@ -60,8 +61,9 @@ class EurosConverter : public vm::IConverter {
 // One row of the stock table.
 class StockRow : public vm::ViewModelItem {
  public:
-  StockRow(const std::string& name, const std::string& roast, int bags, double price)
-      : name(name), roast(roast), bags(bags), price(price) {
+  StockRow(int shelf, const std::string& name, const std::string& roast, int bags, double price)
+      : shelf(shelf), name(name), roast(roast), bags(bags), price(price) {
+    InstallProp("shelf", &this->shelf);
     InstallProp("name", &this->name);
     InstallProp("roast", &this->roast);
     InstallProp("bags", &this->bags);
@@ -71,6 +73,7 @@ class StockRow : public vm::ViewModelItem {
     RegisterValidator("bags", new BagsValidator());
     RegisterConverter("money", NewMoneyConverter());
   }
+  int shelf;
   std::string name;
   std::string roast;
   int bags;
@@ -165,21 +168,51 @@ StockList::StockList() {
 }
 
 void StockList::Append(const std::string& name, const std::string& roast, int bags, double price) {
-  AddWithoutSetCurrent(new StockRow(name, roast, bags, price), -1, true);
+  const int shelf = static_cast<int>(GetAllItems().size());
+  AddWithoutSetCurrent(new StockRow(shelf, name, roast, bags, price), -1, true);
+}
+
+void StockList::ShowRoast(const std::string& roast, bool shown) {
+  auto& hidden = this->hidden_roasts;
+  const auto it = std::find(hidden.begin(), hidden.end(), roast);
+  if (shown == (it == hidden.end())) return;
+  if (shown) {
+    hidden.erase(it);
+  } else {
+    hidden.push_back(roast);
+  }
+  Refilter();
 }
 
 bool StockList::FilterOne(vm::ViewModel* item, const std::string& rule) {
-  return ContainsText(static_cast<StockRow*>(item)->name, rule);
+  const auto* row = static_cast<StockRow*>(item);
+  size_t end = rule.find('\n');
+  if (!ContainsText(row->name, rule.substr(0, end))) return false;
+  while (end != std::string::npos) {
+    const size_t start = end + 1;
+    end = rule.find('\n', start);
+    if (rule.substr(start, end - start) == row->roast) return false;
+  }
+  return true;
+}
+
+void StockList::Refilter() {
+  // With every roast shown an empty text is no rule at all.
+  std::string rule = this->text;
+  for (const std::string& roast : this->hidden_roasts)
+    rule += '\n' + roast;
+  Filter(rule);
 }
 
 bool StockList::GetFilter(base::Value& v) const {
-  v.Str(this->filter_rule.c_str());
+  v.Str(this->text.c_str());
   return true;
 }
 
 bool StockList::SetFilter(const base::Value& v) {
   const char* text = v.Str();
-  Filter(text ? text : "");
+  this->text = text ? text : "";
+  Refilter();
   return true;
 }
 
@@ -278,8 +311,18 @@ bool Catalogue::InitWindow() {
     this->ticker = std::make_unique<Ticker>(this);
     this->timer = std::make_unique<vm::Timer>("sales", this->tick_ms, this->ticker.get());
   }
-  this->timer->Start();
+  if (this->live) this->timer->Start();
   return true;
+}
+
+void Catalogue::SetLive(bool on) {
+  this->live = on;
+  if (!this->timer) return;  // starts with the window
+  if (on) {
+    this->timer->Start();
+  } else {
+    this->timer->Stop();
+  }
 }
 
 void Catalogue::Tick() {

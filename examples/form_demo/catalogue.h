@@ -50,14 +50,18 @@ class CatalogueNode : public vm::ViewModelTreeExt {
 };
 
 // The stock table: one row per bag size of a coffee. Rows filter on their
-// product name and sort by any column; "filter" (the header filter's text)
-// filters as it is written.
+// product name and roast and sort by any column; "filter" (the header
+// filter's text) filters as it is written. Rows also have "shelf", their
+// place in the order they were added.
 class StockList : public vm::ViewModelArrayExt {
  public:
   StockList();
 
   // Appends a row; `roast` is one of the "roasts" choices.
   void Append(const std::string& name, const std::string& roast, int bags, double price);
+  // Hides or shows the rows of one roast.
+  void ShowRoast(const std::string& roast, bool shown);
+  // The rule is the filter text, then one hidden roast per line.
   bool FilterOne(vm::ViewModel* item, const std::string& rule) override;
 
   std::string roasts;  // the combo editor's choices, one per line
@@ -65,6 +69,10 @@ class StockList : public vm::ViewModelArrayExt {
  private:
   bool GetFilter(base::Value& v) const;
   bool SetFilter(const base::Value& v);
+  void Refilter();
+
+  std::string text;
+  std::vector<std::string> hidden_roasts;
 };
 
 // The monthly figures, one record per month, shown on its side: months are
@@ -109,6 +117,9 @@ class Catalogue : public vm::ViewModel {
   bool InitWindow() override;
   // Books the next sale and redraws the chart.
   void Tick();
+  // Pauses or resumes the sales ticker.
+  void SetLive(bool on);
+  bool IsLive() const { return this->live; }
 
  private:
   class Ticker;
@@ -126,6 +137,7 @@ class Catalogue : public vm::ViewModel {
   std::string revenue_id;
   std::string target_id;
   int tick_ms;
+  bool live = true;
   unsigned sales = 0;
   std::unique_ptr<Ticker> ticker;
   // Declared after its handler, so destroyed before it.

@@ -5,19 +5,27 @@
 #include <QUiLoader>
 
 #include "qt/chart_view_ex.h"
+#include "qt/check_combobox.h"
 #include "qt/header_view_ext.h"
+#include "qt/menu_container.h"
 
 namespace {
 
 class FormLoader : public QUiLoader {
  public:
   QWidget* createWidget(const QString& class_name, QWidget* parent, const QString& name) override {
-    if (class_name != QLatin1String("ChartViewEx")) {
+    QWidget* widget = nullptr;
+    if (class_name == QLatin1String("ChartViewEx")) {
+      widget = new ChartViewEx(parent);
+    } else if (class_name == QLatin1String("CMenuContainer")) {
+      widget = new CMenuContainer(parent);
+    } else if (class_name == QLatin1String("CCheckComboBox")) {
+      widget = new CCheckComboBox(parent);
+    } else {
       return QUiLoader::createWidget(class_name, parent, name);
     }
-    auto* chart = new ChartViewEx(parent);
-    chart->setObjectName(name);
-    return chart;
+    widget->setObjectName(name);
+    return widget;
   }
 };
 

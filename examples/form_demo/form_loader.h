@@ -7,8 +7,8 @@
 // Loads form_demo.ui from the resources, ready to bind; null when it cannot.
 //
 // Two things a plain QUiLoader does not do:
-// - it makes the library's ChartViewEx, which the .ui names as a custom
-//   widget;
+// - it makes the library's ChartViewEx, CMenuContainer and CCheckComboBox,
+//   which the .ui names as custom widgets;
 // - a widget that the .ui places inside a QTableView with "binding.header" =
 //   "ext" and marks with the dynamic property "header.section" (a column
 //   number) goes under that column's title in the table's QHeaderViewExt.

@@ -3,14 +3,17 @@
 //
 //   ovui_form_demo                    shows the window
 //   ovui_form_demo --screenshot FILE  renders it offscreen and exits: the
-//                                     order tab into FILE, the catalogue tab
-//                                     into FILE with "_catalogue" before the
-//                                     extension (form.png, form_catalogue.png)
+//                                     order tab into FILE, the others into
+//                                     FILE with "_catalogue", "_settings" and
+//                                     "_settings_dialog" (a menu dialog open)
+//                                     before the extension (form.png,
+//                                     form_catalogue.png, ...)
 //
 // Without a display the window is rendered offscreen into default files.
 #include <QApplication>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QPainter>
 #include <QPixmap>
 #include <QTabWidget>
 #include <QTimer>
@@ -22,6 +25,7 @@
 #include "form_loader.h"
 #include "order_form.h"
 #include "ovui_qt.h"
+#include "settings.h"
 
 namespace {
 
@@ -36,20 +40,26 @@ bool IsOffscreen() {
   return platform && std::strcmp(platform, "offscreen") == 0;
 }
 
-// "dir/form.png" -> "dir/form_catalogue.png".
-QString CataloguePath(const QString& path) {
+// ("dir/form.png", "_catalogue") -> "dir/form_catalogue.png".
+QString TabPath(const QString& path, const char* tab) {
   const QFileInfo info(path);
   const QString suffix = info.suffix();
   const QString base = suffix.isEmpty() ? path : path.left(path.size() - suffix.size() - 1);
-  return base + "_catalogue" + (suffix.isEmpty() ? QString() : "." + suffix);
+  return base + tab + (suffix.isEmpty() ? QString() : "." + suffix);
 }
 
-// Lets the first paint and the deferred view update happen, then saves.
+// Lets the first paint and the deferred view update happen, then saves the
+// window with its open pop-up, if any, drawn where it is.
 bool SaveScreenshot(QWidget* window, const QString& path) {
   QEventLoop loop;
   QTimer::singleShot(200, &loop, &QEventLoop::quit);
   loop.exec();
-  if (!window->grab().save(path, "PNG")) {
+  QPixmap picture = window->grab();
+  if (QWidget* popup = QApplication::activePopupWidget()) {
+    QPainter painter(&picture);
+    painter.drawPixmap(window->mapFromGlobal(popup->mapToGlobal(QPoint(0, 0))), popup->grab());
+  }
+  if (!picture.save(path, "PNG")) {
     std::fprintf(stderr, "cannot write %s\n", path.toLocal8Bit().constData());
     return false;
   }
@@ -57,14 +67,18 @@ bool SaveScreenshot(QWidget* window, const QString& path) {
   return true;
 }
 
-// One picture per tab.
-bool SaveScreenshots(QWidget* window, const QString& path) {
+// One picture per tab, and the settings once more with the stock sort's
+// choices open: selecting a dialog item from the view model opens it.
+bool SaveScreenshots(QWidget* window, Settings* settings, const QString& path) {
   auto* tabs = window->findChild<QTabWidget*>("tabs");
   if (!tabs) return SaveScreenshot(window, path);
-  tabs->setCurrentIndex(0);
-  if (!SaveScreenshot(window, path)) return false;
-  tabs->setCurrentIndex(1);
-  return SaveScreenshot(window, CataloguePath(path));
+  const char* const names[] = {"", "_catalogue", "_settings"};
+  for (int i = 0; i < 3; ++i) {
+    tabs->setCurrentIndex(i);
+    if (!SaveScreenshot(window, TabPath(path, names[i]))) return false;
+  }
+  settings->SetPropW("mcix_selected", base::Value(2));
+  return SaveScreenshot(window, TabPath(path, "_settings_dialog"));
 }
 
 }  // namespace
@@ -100,7 +114,7 @@ int main(int argc, char** argv) {
   int status = 0;
   if (screenshot.isEmpty()) {
     status = app.exec();
-  } else if (!SaveScreenshots(window.get(), screenshot)) {
+  } else if (!SaveScreenshots(window.get(), order->GetSettings(), screenshot)) {
     status = 1;
   }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "catalogue.h"
+#include "settings.h"
 
 namespace {
 
@@ -162,6 +163,16 @@ OrderForm::OrderForm() : vm::ViewModel(new Order()) {
 
   this->catalogue = new Catalogue();
   SetSubViewModel("catalogue", this->catalogue);
+  this->settings = new Settings(this->catalogue);
+  SetSubViewModel("settings", this->settings);
+  // Read where it is set: the settings' change reaches the form's rules in
+  // the same deferred update.
+  InstallProp("show_prices", &OrderForm::GetShowPrices, nullptr);
+}
+
+bool OrderForm::GetShowPrices(base::Value& v) const {
+  v = base::Value(this->settings->show_prices);
+  return true;
 }
 
 bool OrderForm::CanSave() const {

@@ -6,6 +6,7 @@
 #include "ovui.h"
 
 class Catalogue;
+class Settings;
 
 // Prices for display: 7.5 shows as "€ 7.50". Display only.
 vm::IConverter* NewMoneyConverter();
@@ -47,8 +48,9 @@ class SavedOrders : public vm::ViewModelArray {
 };
 
 // The form: the order's fields, a status line, the saved orders (sub view
-// model "orders"), the catalogue tab (sub view model "catalogue") and the
-// commands "save", "remove" and "remove_all".
+// model "orders"), the catalogue and settings tabs (sub view models
+// "catalogue" and "settings") and the commands "save", "remove" and
+// "remove_all". "show_prices" follows the setting of that name.
 //
 // "save" may run while the customer field holds an accepted name: the
 // validator "required" refuses an empty one, and until a name is accepted
@@ -62,6 +64,8 @@ class OrderForm : public vm::ViewModel {
   SavedOrders* GetSavedOrders() const { return this->saved; }
   // The second tab's view model (sub view model "catalogue").
   Catalogue* GetCatalogue() const { return this->catalogue; }
+  // The third tab's view model (sub view model "settings").
+  Settings* GetSettings() const { return this->settings; }
 
   bool Save();
   bool CanSave() const;
@@ -75,9 +79,11 @@ class OrderForm : public vm::ViewModel {
  private:
   void SetText(const char* name, const std::string& text);
   void UpdateSummary();
+  bool GetShowPrices(base::Value& v) const;
 
   SavedOrders* saved = nullptr;    // held in the sub view model registry
   Catalogue* catalogue = nullptr;  // likewise
+  Settings* settings = nullptr;    // likewise
 };
 
 #endif  // OVUI_EXAMPLES_FORM_DEMO_ORDER_FORM_H_

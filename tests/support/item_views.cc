@@ -36,11 +36,15 @@ bool Show(QWidget* w, QSize size) {
   return QTest::qWaitForWindowExposed(w);
 }
 
+QStringList ColumnTexts(const QAbstractItemModel* model, int column, const QModelIndex& parent) {
+  QStringList texts;
+  for (int row = 0; row < model->rowCount(parent); ++row)
+    texts << model->index(row, column, parent).data().toString();
+  return texts;
+}
+
 std::string Texts(const QAbstractItemModel* model, int column, const QModelIndex& parent) {
-  std::string out;
-  for (int r = 0; r < model->rowCount(parent); ++r)
-    out += (r ? "," : "") + model->index(r, column, parent).data().toString().toStdString();
-  return out;
+  return ColumnTexts(model, column, parent).join(',').toStdString();
 }
 
 void ClickCell(QAbstractItemView* view, const QModelIndex& cell) {

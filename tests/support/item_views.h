@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QHeaderView>
 #include <QSize>
+#include <QStringList>
 #include <string>
 
 #include "mvvm/view_model_array_ext.h"
@@ -34,7 +35,10 @@ void CheckModel(QAbstractItemModel* model);
 // Shows `w` at `size`; false when it never got exposed.
 bool Show(QWidget* w, QSize size = QSize(420, 240));
 
-// The texts of `column` in the rows under `parent`, comma separated: "a,b".
+// The display texts of `column` in the rows under `parent`, top to bottom.
+QStringList ColumnTexts(const QAbstractItemModel* model, int column,
+                        const QModelIndex& parent = QModelIndex());
+// The same, comma separated: "a,b".
 std::string Texts(const QAbstractItemModel* model, int column = 0,
                   const QModelIndex& parent = QModelIndex());
 
