@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace bench {
 
@@ -45,8 +46,15 @@ void PairReporter::ReportRuns(const std::vector<Run>& runs) {
 
 void PairReporter::Finalize() {
   ConsoleReporter::Finalize();
-  std::printf("\n%-34s %12s %12s %9s   %s\n", "case", "ovui", "Qt", "ovui/Qt", "C++ floor");
-  std::printf("%s\n", std::string(84, '-').c_str());
+  // By case number: the program's files register their cases in file order.
+  std::stable_sort(order.begin(), order.end(), [](const std::string& a, const std::string& b) {
+    return std::strtol(a.c_str(), nullptr, 10) < std::strtol(b.c_str(), nullptr, 10);
+  });
+  int width = 4;
+  for (const std::string& id : order)
+    width = std::max(width, static_cast<int>(id.size()));
+  std::printf("\n%-*s %12s %12s %9s   %s\n", width, "case", "ovui", "Qt", "ovui/Qt", "C++ floor");
+  std::printf("%s\n", std::string(width + 50, '-').c_str());
   for (const std::string& id : order) {
     const Sides& s = cases[id];
     const bool memory = !s.bytes.empty();
@@ -60,11 +68,20 @@ void PairReporter::Finalize() {
     auto ovui = values.find("ovui"), qt = values.find("qt");
     if (ovui != values.end() && qt != values.end() && qt->second > 0) {
       char buf[16];
-      std::snprintf(buf, sizeof(buf), "%.2f", ovui->second / qt->second);
+      const double r = ovui->second / qt->second;
+      std::snprintf(buf, sizeof(buf), r < 0.1 ? "%.3f" : "%.2f", r);  // two digits that count
       ratio = buf;
     }
-    std::printf("%-34s %12s %12s %9s   %s\n", id.c_str(), text("ovui").c_str(), text("qt").c_str(),
-                ratio.c_str(), text("floor").c_str());
+    // The floor column also says how far above it ovui is.
+    std::string floor = text("floor");
+    auto lowest = values.find("floor");
+    if (ovui != values.end() && lowest != values.end() && lowest->second > 0) {
+      char buf[24];
+      std::snprintf(buf, sizeof(buf), " (ovui %.2fx)", ovui->second / lowest->second);
+      floor += buf;
+    }
+    std::printf("%-*s %12s %12s %9s   %s\n", width, id.c_str(), text("ovui").c_str(),
+                text("qt").c_str(), ratio.c_str(), floor.c_str());
   }
 }
 
