@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 #include <QVariant>
+#include <string>
+#include <vector>
 
 namespace bench {
 
@@ -63,6 +65,17 @@ class TenProperties : public QObject {
   double p5 = 0, p6 = 0;
   QString p7, p8;
   bool p9 = false;
+};
+
+// The hand-written form's data: plain strings, and a signal that names the
+// field that changed.
+class FormData : public QObject {
+  Q_OBJECT
+ signals:
+  void changed(int field);
+
+ public:
+  std::vector<std::string> fields;
 };
 
 }  // namespace bench
