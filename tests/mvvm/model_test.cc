@@ -10,26 +10,23 @@
 
 using base::Value;
 using ovui_test::RecordingListener;
+using Texts = std::vector<std::string>;
 
 namespace {
 
 struct ModelTest : testing::Test {
   ModelTest() { model->InstallProp("p", "i", &p, 4); }
-  ~ModelTest() override {
-    model->Release();
-    listener->Release();
-  }
-  int p = 0;
+  ~ModelTest() override { model->Release(); }
+  int p = 0, q = 0;
+  RecordingListener listener;  // outlives the model, which holds a reference
   vm::Model* model = new vm::Model();
-  RecordingListener* listener = new RecordingListener();
 };
 
 }  // namespace
 
-TEST_F(ModelTest, StorageCodesAndTypeNamesRoundTrip) {
+TEST_F(ModelTest, StorageCodesTypeNamesAndTypedVariablesRoundTrip) {
   const char kString[] = "NSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE";  // std::string
-  // Type, size (0: std::string), value written, text read back. The codes; then "l" by its
-  // size, "m", a spelled name, and any other name by its size.
+  // Type, size (0: std::string), value written, text read back: the codes, then names.
   const std::tuple<const char*, unsigned, Value, const char*> cases[] = {
       {"a", 1, -5, "-5"},           {"i", 4, -2000000000, "-2000000000"},
       {"b", 1, true, "1"},          {"j", 4, 4000000000LL, "4000000000"},
@@ -42,19 +39,16 @@ TEST_F(ModelTest, StorageCodesAndTypeNamesRoundTrip) {
       {kString, 0, "text", "text"}, {kString, 0, static_cast<const char*>(nullptr), ""}};
   long long slot[16] = {}, *next = slot;  // 8 bytes a row: wide enough for any type
   std::string z;
+  Value out;
   for (const auto& [type, size, in, text] : cases) {
     SCOPED_TRACE(type);
     ASSERT_TRUE(model->InstallProp(type, type, size ? next++ : static_cast<void*>(&z), size));
-    Value out;
     EXPECT_TRUE(model->SetPropW(type, in) && model->GetPropW(type, out));
     char buf[64];
     EXPECT_STREQ(out.ToStr(buf, sizeof(buf)), text);
   }
-}
 
-// The typed install picks its storage from the type itself, on every
-// standard library, and refuses what it cannot store.
-TEST_F(ModelTest, TypedVariablesRoundTrip) {
+  // Typed installs pick the storage from the type, on every standard library.
   static_assert(vm::Model::kInstallable<std::string> && vm::Model::kInstallable<unsigned long>);
   static_assert(!vm::Model::kInstallable<char> && !vm::Model::kInstallable<long double> &&
                 !vm::Model::kInstallable<wchar_t> && !vm::Model::kInstallable<int*>);
@@ -62,88 +56,62 @@ TEST_F(ModelTest, TypedVariablesRoundTrip) {
   unsigned long long big = 0;
   signed char small = 0;
   bool flag = false;
-  ASSERT_TRUE(model->InstallProp("text", &text));
-  ASSERT_TRUE(model->InstallProp("big", &big));
-  ASSERT_TRUE(model->InstallProp("small", &small));
-  ASSERT_TRUE(model->InstallProp("flag", &flag));
-  EXPECT_TRUE(model->SetPropW("text", Value("hello")));
-  EXPECT_TRUE(model->SetPropW("big", Value(-1)));
-  EXPECT_TRUE(model->SetPropW("small", Value(-7)));
-  EXPECT_TRUE(model->SetPropW("flag", Value(true)));
-  EXPECT_EQ(text, "hello");
-  EXPECT_EQ(big, ~0ULL);
-  EXPECT_EQ(small, -7);
-  EXPECT_TRUE(flag);
-  Value v;
-  EXPECT_TRUE(model->GetPropW("text", v));
-  EXPECT_STREQ(v.Str(), "hello");
+  ASSERT_TRUE(model->InstallProp("text", &text) && model->InstallProp("big", &big) &&
+              model->InstallProp("small", &small) && model->InstallProp("flag", &flag));
+  EXPECT_TRUE(model->SetPropW("text", Value("hello")) && model->SetPropW("big", Value(-1)) &&
+              model->SetPropW("small", Value(-7)) && model->SetPropW("flag", Value(true)));
+  EXPECT_TRUE(big == ~0ULL && small == -7 && flag);
+  EXPECT_TRUE(model->GetPropW("text", out) && text == "hello" && text == out.Str());
 }
 
-// A listener that writes again while a change is delivered: the listeners
-// after it still read the change they were sent, not the nested one.
+// A listener writing during a delivery: later ones still read the change they were sent,
+// and the reused event is free again afterwards.
 TEST_F(ModelTest, NestedChangesDoNotRewriteTheOuterDelivery) {
-  int q = 0;
   model->InstallProp("q", &q);
   RecordingListener* writer = new RecordingListener();
   writer->hook = [&](events::Event* e) {
     if (e->GetParam("name").Str() == std::string("p")) model->SetPropW("q", Value(5));
   };
   model->On("prop-changed", writer);
-  model->On("prop-changed", listener);
-  EXPECT_TRUE(model->SetPropW("p", Value(1)));
-  EXPECT_EQ(listener->events,
-            (std::vector<std::string>{"prop-changed:kind=PropChange name=q old=0 value=5 ",
-                                      "prop-changed:kind=PropChange name=p old=0 value=1 "}));
-  listener->events.clear();
-  EXPECT_TRUE(model->SetPropW("p", Value(2)));  // the reused event is free again
-  EXPECT_EQ(listener->events,
-            (std::vector<std::string>{"prop-changed:kind=PropChange name=p old=1 value=2 "}));
+  model->On("prop-changed", &listener);
+  EXPECT_TRUE(model->SetPropW("p", Value(1)) && model->SetPropW("p", Value(2)));
+  EXPECT_EQ(listener.events, (Texts{"prop-changed:kind=PropChange name=q old=0 value=5 ",
+                                    "prop-changed:kind=PropChange name=p old=0 value=1 ",
+                                    "prop-changed:kind=PropChange name=p old=1 value=2 "}));
   writer->Release();
 }
 
 TEST(ModelDeathTest, SizeMismatchAndUnsupportedTypesStopTheProgram) {
   vm::Model m;
-  char odd[3];
-  EXPECT_DEATH(m.InstallProp("odd", "Odd", odd, 3), "Not Supported Type");
   long long wide = 0;
+  EXPECT_DEATH(m.InstallProp("odd", "Odd", &wide, 3), "Not Supported Type");
   m.InstallProp("w", "int", &wide, 8);
   Value v;
   EXPECT_DEATH(m.GetPropW("w", v), "this->size == sizeof\\(int32_t\\)");
 }
 
 TEST_F(ModelTest, RealChangesAreAnnouncedUnlessBlocked) {
-  ASSERT_TRUE(model->On("prop-changed", listener));
+  EXPECT_FALSE(model->EmitPropChange("p", 1, 2) || model->Off("prop-changed", &listener));
+  ASSERT_TRUE(model->On("prop-changed", &listener));
   EXPECT_TRUE(model->SetPropW("p", Value(7)));
-  EXPECT_TRUE(model->SetPropW("p", Value(7)));    // unchanged: silent
-  EXPECT_TRUE(model->SetPropW("p", Value("7")));  // another kind: a change, stored as 7
-  EXPECT_EQ(p, 7);
+  EXPECT_TRUE(model->SetPropW("p", Value(7)));              // unchanged: silent
+  EXPECT_TRUE(model->SetPropW("p", Value("7")) && p == 7);  // another kind: a change
   // PropsChange reuses the one event: old and value are stale.
   EXPECT_TRUE(model->EmitPropsChange());
-  EXPECT_EQ(listener->events,
-            (std::vector<std::string>{"prop-changed:kind=PropChange name=p old=0 value=7 ",
-                                      "prop-changed:kind=PropChange name=p old=7 value=7 ",
-                                      "prop-changed:kind=PropsChange name= old=7 value=7 "}));
+  EXPECT_EQ(listener.events, (Texts{"prop-changed:kind=PropChange name=p old=0 value=7 ",
+                                    "prop-changed:kind=PropChange name=p old=7 value=7 ",
+                                    "prop-changed:kind=PropsChange name= old=7 value=7 "}));
 
   // Blocked changes are written but dropped, not queued.
   EXPECT_TRUE(model->BlockEvents() && model->BlockEvents());
-  EXPECT_TRUE(model->SetPropW("p", Value(1)));  // true even though nothing is emitted
-  EXPECT_EQ(p, 1);
-  EXPECT_TRUE(model->UnblockEvents());
-  EXPECT_FALSE(model->EmitPropsChange());  // still blocked once
-  EXPECT_TRUE(model->UnblockEvents());
-  EXPECT_EQ(listener->events.size(), 3u);  // nothing replayed
-  EXPECT_TRUE(model->EmitPropsChange());
-  EXPECT_EQ(listener->events.size(), 4u);
-}
+  EXPECT_TRUE(model->SetPropW("p", Value(1)) && p == 1);  // written, though nothing is emitted
+  EXPECT_TRUE(model->UnblockEvents() && !model->EmitPropsChange());     // still blocked once
+  EXPECT_TRUE(model->UnblockEvents() && listener.events.size() == 3u);  // nothing replayed
+  EXPECT_TRUE(model->EmitPropsChange() && listener.events.size() == 4u);
 
-TEST_F(ModelTest, RefusalsWithoutListenersOrProperty) {
-  EXPECT_FALSE(model->EmitPropChange("p", Value(1), Value(2)));  // nobody listens
-  EXPECT_FALSE(model->Off("prop-changed", listener));
-  EXPECT_FALSE(model->UninstallProp("missing"));
-  EXPECT_TRUE(model->UninstallProp("p"));
+  EXPECT_TRUE(!model->UninstallProp("missing") && model->UninstallProp("p"));
   Value v(5);
-  EXPECT_FALSE(model->GetPropW("p", v));
-  EXPECT_EQ(v.I64(), 5);
+  EXPECT_TRUE(!model->GetPropW("p", v) && v.I64() == 5);
 }
 
 TEST(AccessorModelTest, SetterOnlyProperty) {
@@ -156,9 +124,7 @@ TEST(AccessorModelTest, SetterOnlyProperty) {
     }
     int age = 30;
   } p;
-  EXPECT_TRUE(p.SetPropW("age", Value(31)));
-  EXPECT_FALSE(p.SetPropW("age", Value(-1)));  // the setter refuses
-  EXPECT_EQ(p.age, 31);
+  EXPECT_TRUE(p.SetPropW("age", Value(31)) && !p.SetPropW("age", Value(-1)) && p.age == 31);
   Value untouched(99);  // no getter: reads succeed without touching the value
   EXPECT_TRUE(p.GetPropW("age", untouched) && untouched.I64() == 99);
 }

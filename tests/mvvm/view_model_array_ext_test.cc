@@ -13,20 +13,20 @@ using Strings = std::vector<std::string>;
 
 namespace {
 
-// An item, so that its index in the visible list can be read; filtered by
-// name. Counts the property reads made on it.
+int key_reads = 0, compare_calls = 0;  // reads of Row properties, calls of Counting::Compare
+
+// An item, so that its index in the visible list can be read; filtered by name.
 struct Row : ovui_test::Tracked<vm::ViewModelItem> {
   Row(std::string name, int x, int* destroyed) : Tracked(destroyed), name(name), x(x) {
     InstallProp("name", &this->name);
     InstallProp("x", &this->x);
   }
   bool GetPropW(const std::string& key, base::Value& v) const override {
-    ++reads;
+    ++key_reads;
     return ViewModelItem::GetPropW(key, v);
   }
   std::string name;
   int x;
-  mutable int reads = 0;
 };
 
 struct Rows : vm::ViewModelArrayExt {
@@ -36,155 +36,116 @@ struct Rows : vm::ViewModelArrayExt {
   }
 };
 
-struct ViewModelArrayExtTest : testing::Test {
-  ViewModelArrayExtTest() {
-    rows->On("current-changed", &heard);
-    rows->On("filtered", &heard);
-    rows->On("sorted", &heard);
-  }
-  ~ViewModelArrayExtTest() override { base::SafeRelease(rows); }
-  Row* Add(const std::string& name, int x) { return Add(new Row(name, x, &destroyed)); }
-  Row* Add(Row* row) { return rows->Add(row) ? row : nullptr; }
-  std::string Shown() const {  // the visible names in order, "a,b"
-    std::string out;
-    for (vm::ViewModel* item : rows->GetItems())
-      out += (out.empty() ? "" : ",") + static_cast<Row*>(item)->name;
-    return out;
-  }
-  int destroyed = 0;
-  ovui_test::RecordingListener heard;  // outlives the array, which holds a reference
-  Rows* rows = new Rows();
-};
-
-std::string Names(const std::vector<vm::ViewModel*>& items) {
+std::string Names(const std::vector<vm::ViewModel*>& items) {  // "a b "
   std::string out;
   for (vm::ViewModel* item : items)
     out += static_cast<Row*>(item)->name + " ";
   return out;
 }
 
+struct ViewModelArrayExtTest : testing::Test {
+  ViewModelArrayExtTest() {
+    for (const char* type : {"current-changed", "filtered", "sorted"})
+      rows->On(type, &heard);
+  }
+  ~ViewModelArrayExtTest() override { base::SafeRelease(rows); }
+  Row* Add(const std::string& name, int x) {
+    auto* row = new Row(name, x, &destroyed);
+    return rows->Add(row) ? row : nullptr;
+  }
+  int destroyed = 0;
+  ovui_test::RecordingListener heard;  // outlives the array, which holds a reference
+  Rows* rows = new Rows();
+};
+
 }  // namespace
 
-TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogether) {
+TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogetherAndOnLaterAdds) {
   Add("ax", 3);
   Row* b = Add("b", 1);
   Add("cx", 3);
   heard.events.clear();
-  EXPECT_TRUE(rows->Filter("x"));  // current index 2 is now past the end
-  EXPECT_TRUE(rows->Sort("0:x"));  // the filter is re-applied
-  EXPECT_EQ(Shown(), "cx,ax");     // the complemented predicate swaps the equal 3s
-  EXPECT_EQ(b->GetIndex(), -1);    // hidden
+  EXPECT_TRUE(rows->Filter("x"));                // current index 2 is now past the end
+  EXPECT_TRUE(rows->Sort("0:x"));                // the filter is re-applied
+  EXPECT_EQ(Names(rows->GetItems()), "cx ax ");  // the complemented predicate swaps the equal 3s
+  EXPECT_EQ(b->GetIndex(), -1);                  // hidden
   EXPECT_EQ(heard.events,
             (Strings{"filtered:", "current-changed:value=0 ", "sorted:", "filtered:"}));
   heard.events.clear();
-  EXPECT_TRUE(rows->Filter("none"));
-  EXPECT_EQ(rows->GetCurrentViewModel(), nullptr);
+  EXPECT_TRUE(rows->Filter("none") && rows->GetCurrentViewModel() == nullptr);
   EXPECT_EQ(heard.events, Strings{"filtered:"});  // cleared without "current-changed"
-}
 
-TEST_F(ViewModelArrayExtTest, RulesOutliveResetsAndApplyToLaterAdds) {
-  Add("a", 0);
-  rows->Filter("a");
   rows->Filter("");
-  rows->Reset();                    // no rule left
-  EXPECT_FALSE(rows->Filter("x"));  // empty: only stored
-  EXPECT_EQ(rows->Size(), 0u);      // and nothing stale shown
+  rows->Reset();                    // no filter left
+  EXPECT_FALSE(rows->Filter("x"));  // empty: only stored, and nothing stale shown below
   Add("ax", 2);
   Add("cx", 1);
   heard.events.clear();
-  Add("b", 5);
-  EXPECT_TRUE(heard.events.empty());  // filtered out: silently, current kept
+  Add("b", 5);  // filtered out: sorted in, the current row kept
   rows->Sort("1:x");
-  heard.events.clear();
   Add("dx", 0);
-  EXPECT_EQ(Shown(), "dx,cx,ax");
-  EXPECT_EQ(heard.events, (Strings{"current-changed:value=2 ", "sorted:", "filtered:"}));
+  EXPECT_EQ(Names(rows->GetItems()), "dx cx ax ");
+  EXPECT_EQ(heard.events, (Strings{"sorted:", "filtered:", "sorted:", "filtered:",
+                                   "current-changed:value=2 ", "sorted:", "filtered:"}));
   rows->BeginBatch();
-  Add("e", -1);
   Add("fx", 9);
-  rows->EndBatch();
-  EXPECT_EQ(Shown(), "dx,cx,ax,fx");  // unheard, the sort still re-applies the filter
+  rows->EndBatch();  // unheard, the sort still re-applies the filter
+  EXPECT_EQ(Names(rows->GetItems()), "dx cx ax fx ");
   EXPECT_TRUE(rows->Filter(""));
-  EXPECT_EQ(Shown(), "e,dx,cx,ax,b,fx");
-  EXPECT_TRUE(rows->Reset());
-  EXPECT_EQ(destroyed, 7);
+  EXPECT_EQ(Names(rows->GetItems()), "dx cx ax b fx ");
+  EXPECT_TRUE(rows->Reset() && destroyed == 8);
   EXPECT_EQ(rows->GetSortRule() + rows->GetFilterRule(), "1:x");  // rules kept
 }
 
-TEST_F(ViewModelArrayExtTest, RemovesReleaseVisibleChildrenAndHandBackHiddenOnes) {
+TEST_F(ViewModelArrayExtTest, HiddenChildrenAreHeldOnceAndHandedBackOnRemove) {
+  ovui_test::LogCapture log;
   Row* a = Add("a", 0);
   Add("bx", 1);
   Add("cx", 2);
+  Add("d", 3);  // hidden, and released with the list
   rows->SetCurrent(0);
   rows->Filter("x");  // index 0 stays, now naming "bx"; the selection still names "a"
   ASSERT_EQ(rows->GetCurrentViewModel(), a);
-  EXPECT_TRUE(rows->Remove(a));  // hidden: dropped unreleased, parent kept
-  EXPECT_EQ(a->GetParent(), rows);
-  EXPECT_EQ(rows->GetCurrentViewModel(), nullptr);  // the caller may now free it
-  a->Release();
-  EXPECT_TRUE(rows->Remove(rows->Get(1)));
-  EXPECT_TRUE(rows->Remove(0));
-  EXPECT_EQ(destroyed, 3);
-  Add("ex", 0);
-  Add("f", 0);
-  rows->Release();
-  rows = nullptr;
-  EXPECT_EQ(destroyed, 5);  // each child released once, shown or not
-}
-
-TEST_F(ViewModelArrayExtTest, AChildIsHeldOnceEvenWhileHidden) {
-  ovui_test::LogCapture log;
-  Row* a = Add("a", 0);
-  rows->Filter("x");  // "a" now lives in the full list only
   heard.events.clear();
   EXPECT_FALSE(rows->Add(a));
   EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent",
                                  "parent == NULL || !Contains(this->all_items, item)"));
-  Row* b = Add("bx", 0);
-  EXPECT_FALSE(rows->Add(b));  // shown: refused before any event
-  EXPECT_EQ(heard.events, Strings{"current-changed:value=0 "});
-  EXPECT_EQ(rows->GetAllItems().size(), 2u);
-  rows->Release();
-  rows = nullptr;
-  EXPECT_EQ(destroyed, 2);
+  EXPECT_TRUE(!rows->Add(rows->Get(0)) && heard.events.empty());  // shown: refused silently
+
+  EXPECT_TRUE(rows->Remove(a));  // hidden: dropped unreleased, parent kept
+  EXPECT_TRUE(a->GetParent() == rows && rows->GetCurrentViewModel() == nullptr);
+  a->Release();  // the caller may now free it
+  EXPECT_TRUE(rows->Remove(rows->Get(1)) && rows->Remove(0) && destroyed == 3);
 }
 
-// Sort reads each key once when Compare is the library's own (a plain list,
-// or a subclass that says it keeps Compare); the order must be exactly that
-// of calling Compare for every comparison, as it does for a subclass that
-// overrides it (here only to count the calls).
+// Sort reads each key once when Compare is the library's own (a plain list, or a
+// subclass that says it keeps Compare), and orders exactly as calling Compare
+// for every comparison does, as for a subclass that overrides it to count calls.
 TEST(ViewModelArrayExtSortTest, KeyedSortReadsEachKeyOnceAndOrdersAsCompareDoes) {
   struct Counting : vm::ViewModelArrayExt {
     int Compare(vm::Model* a, vm::Model* b, const std::string& key) override {
-      ++calls;
+      ++compare_calls;
       return ViewModelArrayExt::Compare(a, b, key);
     }
-    int calls = 0;
   };
   vm::ViewModelArrayExt* const lists[] = {new vm::ViewModelArrayExt(), new Rows(), new Counting()};
-  std::vector<Row*> fast_rows;  // of the first two
   const int n = 200;
-  for (int i = 0; i < n; ++i) {
+  for (int i = 0; i < n; ++i)
     for (vm::ViewModelArrayExt* list : lists) {
       auto* row = new Row("r" + std::to_string(i), (i * 37) % 11, nullptr);
       if (i % 13 == 0) row->UninstallProp("x");  // no key: compares as a null value
       list->Add(row);
-      if (list != lists[2]) fast_rows.push_back(row);
     }
-  }
   for (const char* rule : {"1:x", "0:x", "1:name", "0 name"}) {
-    for (Row* row : fast_rows)
-      row->reads = 0;
-    for (vm::ViewModelArrayExt* list : lists)
-      list->Sort(rule);
-    int reads = 0;
-    for (Row* row : fast_rows)
-      reads += row->reads;
-    EXPECT_EQ(reads, 2 * n) << rule;  // the fast path: one read per child
+    key_reads = 0;
+    lists[0]->Sort(rule);
+    lists[1]->Sort(rule);
+    EXPECT_EQ(key_reads, 2 * n) << rule;  // the fast path: one read per child
+    lists[2]->Sort(rule);
     EXPECT_EQ(Names(lists[0]->GetItems()), Names(lists[2]->GetItems())) << rule;
     EXPECT_EQ(Names(lists[1]->GetItems()), Names(lists[2]->GetItems())) << rule;
   }
-  EXPECT_GT(static_cast<Counting*>(lists[2])->calls, 4 * n);  // asked for every comparison
+  EXPECT_GT(compare_calls, 4 * n);  // asked for every comparison
   for (vm::ViewModelArrayExt* list : lists)
     list->Release();
 }

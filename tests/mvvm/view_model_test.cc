@@ -23,44 +23,51 @@ struct ViewModelTest : testing::Test {
     data->InstallProp("shared", &shared);
   }
   ~ViewModelTest() override { vm->Release(); }
-  int a = 1, shared = 2, model_destroyed = 0;
+  int a = 1, shared = 2, model_destroyed = 0, x = 1, y = 2, w = 3, h = 4;
+  RecordingListener view, after;  // outlive the view model, which holds references
   vm::Model* data = new ovui_test::Tracked<vm::Model>(&model_destroyed);
   vm::ViewModel* vm = new vm::ViewModel(data);
 };
 
 }  // namespace
 
-TEST_F(ViewModelTest, OwnPropertiesShadowTheModel) {
-  int own = 10;
-  vm->InstallProp("shared", &own);
-  Value v;
-  EXPECT_TRUE(vm->GetPropW("shared", v) && v.I64() == 10);
-  EXPECT_TRUE(vm->SetPropW("shared", Value(11)) && vm->SetPropW("a", Value(5)));
-  EXPECT_EQ(std::vector<int>({own, shared, a}), std::vector<int>({11, 2, 5}));
-  EXPECT_TRUE(vm->HasProp("a") && !vm->HasProp("nope"));
-}
+TEST_F(ViewModelTest, ListenersAndRegistriesReachWhatTheViewModelHolds) {
+  auto *early = new vm::ViewModel(), *late = new vm::ViewModel();
+  vm->SetSubViewModel("early", early);
+  ASSERT_TRUE(vm->On("prop-changed", &view));
+  EXPECT_EQ(view.RefCount(), 4);  // the view model, its model, the early child
+  vm->SetSubViewModel("late", late);
+  EXPECT_TRUE(vm->SetPropW("a", Value(2)) && early->EmitPropsChange() && vm->EmitPropsChange());
+  EXPECT_FALSE(late->EmitPropsChange());  // added after On: nobody listens there
+  EXPECT_EQ(view.events.size(), 3u);      // from the model, the early child, the view model
+  EXPECT_TRUE(vm->Off("prop-changed", &view) && view.RefCount() == 1);
 
-TEST_F(ViewModelTest, RegistriesAdoptReleaseAndRefuse) {
+  // A request while a change is delivered: the listeners after it still hear the change.
+  view.hook = [&](events::Event* e) {
+    EXPECT_TRUE(e->GetType() != "prop-changed" || vm->WindowPos("main", x, y, w, h));
+  };
+  for (const char* type : {"prop-changed", "window_pos"})
+    vm->On(type, &view);
+  vm->On("prop-changed", &after);
+  EXPECT_TRUE(vm->EmitPropChange("title", Value("a"), Value("b")));
+  EXPECT_EQ(after.events,
+            std::vector<std::string>{"prop-changed:kind=PropChange name=title old=a value=b "});
+  EXPECT_EQ(view.events.back(), "window_pos:name=main ");
+
   int destroyed = 0;
   auto* cmd = new ToyCommand(&destroyed);
-  EXPECT_TRUE(vm->RegisterCommand("save", cmd) && vm->RegisterCommand("save", cmd));
+  EXPECT_TRUE(vm->RegisterCommand("s", cmd) && vm->RegisterCommand("s", cmd));
   EXPECT_EQ(cmd->RefCount(), 1);  // adopted once: the same object again is kept
   cmd->enabled = false;           // Execute does not ask CanExecute
-  EXPECT_TRUE(vm->ExecuteCommand("save", "all") && !vm->CanExecuteCommand("save", ""));
+  EXPECT_TRUE(vm->ExecuteCommand("s", "all") && !vm->CanExecuteCommand("s", ""));
   EXPECT_EQ(cmd->runs, std::vector<std::string>{"all"});
-  EXPECT_TRUE(vm->RegisterCommand("save", new ToyCommand(&destroyed)));  // releases the first
+  EXPECT_TRUE(vm->RegisterCommand("s", new ToyCommand(&destroyed)));  // releases the first
   vm->RegisterConverter("k", new ovui_test::ScaleConverter(10, &destroyed));
   vm->RegisterValidator("v", new ovui_test::RangeValidator(0, 1, &destroyed));
   vm->SetSubViewModel("sub", new ovui_test::Tracked<vm::ViewModel>(&destroyed));
-  EXPECT_TRUE(vm->UnRegisterValidator("v") && !vm->UnRegisterValidator("v"));
-  EXPECT_EQ(destroyed, 2);
+  EXPECT_TRUE(vm->UnRegisterValidator("v") && !vm->UnRegisterValidator("v") && destroyed == 2);
   vm->Reset();
   EXPECT_EQ(std::make_pair(destroyed, model_destroyed), std::make_pair(5, 1));
-
-  auto* other = new vm::ViewModel(new ovui_test::Tracked<vm::Model>(&model_destroyed));
-  other->RegisterCommand("c", new ToyCommand(&destroyed));
-  other->Release();  // destruction releases everything it holds
-  EXPECT_EQ(std::make_pair(destroyed, model_destroyed), std::make_pair(6, 2));
 
   vm->RegisterValidator("age", new ovui_test::RangeValidator(0, 150));  // the verdict is kept
   std::string msg;
@@ -68,21 +75,7 @@ TEST_F(ViewModelTest, RegistriesAdoptReleaseAndRefuse) {
   EXPECT_TRUE(vm->ClearValidatorError() && !vm->HasValidatorError());
 }
 
-TEST_F(ViewModelTest, ListenersReachTheModelAndPresentSubViewModels) {
-  auto *early = new vm::ViewModel(), *late = new vm::ViewModel();
-  vm->SetSubViewModel("early", early);
-  auto* listener = new RecordingListener();
-  ASSERT_TRUE(vm->On("prop-changed", listener));
-  EXPECT_EQ(listener->RefCount(), 4);  // the view model, its model, the early child
-  vm->SetSubViewModel("late", late);
-  EXPECT_TRUE(vm->SetPropW("a", Value(2)) && early->EmitPropsChange() && vm->EmitPropsChange());
-  EXPECT_FALSE(late->EmitPropsChange());   // added after On: nobody listens there
-  EXPECT_EQ(listener->events.size(), 3u);  // from the model, the early child, the view model
-  EXPECT_TRUE(vm->Off("prop-changed", listener) && listener->RefCount() == 1);
-  listener->Release();
-}
-
-TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
+TEST_F(ViewModelTest, ComputedAndOwnPropertiesOverTheModel) {
   std::string title = "Dr";
   double ratio = -2.5;
   vm->InstallProp("title", &title);
@@ -98,14 +91,17 @@ TEST_F(ViewModelTest, ComputedPropertiesEvaluateOverProperties) {
     EXPECT_TRUE(vm->EvalProp(expr, out) && out.Cmp(expected) == 0) << expr;
   a = 5;
   EXPECT_TRUE(vm->EvalProp("$a * 2 + $shared > 3", out) && out.Cmp(10) == 0);  // recomputed
-
   LogCapture log;
   EXPECT_TRUE(!vm->EvalProp("$unknown + 1", out) && out.Cmp(0.0) == 0);
   EXPECT_TRUE(log.HasFailedCheck("EvalProp", "undefined variable"));
+
+  int own = 10;
+  vm->InstallProp("shared", &own);
+  EXPECT_TRUE(vm->GetPropW("shared", out) && out.I64() == 10 && vm->SetPropW("shared", 11));
+  EXPECT_EQ(std::vector<int>({own, shared}), std::vector<int>({11, 2}));
 }
 
 TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {
-  int x = 1, y = 2, w = 3, h = 4;
   std::string style = "old";
   // Nobody listens: closing and menus count as done, the others fail.
   EXPECT_TRUE(vm->CloseWindow() && vm->SetControlMenu("list", vm::MenuData()));
@@ -113,50 +109,18 @@ TEST_F(ViewModelTest, ViewRequestsWithAndWithoutAView) {
                vm->SetWindowPos("main", 1, 2, 3, 4) || vm->GetStyleSheet("main", style) ||
                vm->SetStyleSheet("main", "x"));
 
-  auto* view = new RecordingListener();  // answers window_pos (and close_window, unread)
-  view->hook = [](events::Event* e) {
-    e->SetParam("x", 10);
-    e->SetParam("w", 300);
-  };
-  vm->On("window_pos", view);
-  vm->On("close_window", view);
-  EXPECT_TRUE(vm->WindowPos("main", x, y, w, h));
-  EXPECT_EQ(std::vector<int>({x, y, w, h}), std::vector<int>({10, 0, 300, 0}));  // absent: 0
-  EXPECT_TRUE(vm->GetStyleSheet("main", style) && style.empty());                // unanswered
-  EXPECT_TRUE(vm->SetStyleSheet("main", "color: red") && vm->GetStyleSheet("main", style));
-  EXPECT_EQ(style, "color: red");  // parameters are not cleared between requests
+  view.hook = [](events::Event* e) { e->SetParam("x", 10); };  // answers window_pos
+  vm->On("window_pos", &view);
+  vm->On("close_window", &view);
+  EXPECT_TRUE(vm->WindowPos("main", x, y, w, h) && x == 10 && y == 0 && w == 0 && h == 0);
+  EXPECT_TRUE(vm->GetStyleSheet("main", style) && style.empty());  // absent: empty, or 0
+  // Parameters are not cleared between requests.
+  EXPECT_TRUE(vm->SetStyleSheet("m", "red") && vm->GetStyleSheet("m", style) && style == "red");
   EXPECT_TRUE(vm->SetWindowPos("main", 1, 2, 3, 4) && vm->SetControlMenu("list", vm::MenuData()) &&
               vm->Rebind("list", "") && vm->CloseWindow());
-  EXPECT_EQ(view->events.back().rfind("close_window:", 0), 0u);
+  EXPECT_EQ(view.events.back().rfind("close_window:", 0), 0u);
 
   vm->BlockEvents();
   x = 77;  // the event still holds x=10
-  EXPECT_FALSE(vm->WindowPos("main", x, y, w, h) || vm->CloseWindow());
-  EXPECT_EQ(x, 77);
-  view->Release();
-}
-
-// A change listener that asks the view something while the change is being
-// delivered: the listeners after it still hear the change.
-TEST_F(ViewModelTest, ARequestDuringAChangeLeavesTheChangeIntact) {
-  auto* asker = new RecordingListener();
-  auto* after = new RecordingListener();
-  int x = 0, y = 0, w = 0, h = 0;
-  asker->hook = [&](events::Event* e) {
-    if (e->GetType() == "prop-changed") {
-      EXPECT_TRUE(vm->WindowPos("main", x, y, w, h));
-    }
-  };
-  vm->On("prop-changed", asker);
-  vm->On("window_pos", asker);
-  vm->On("prop-changed", after);
-  EXPECT_TRUE(vm->EmitPropChange("title", Value("a"), Value("b")));
-  EXPECT_EQ(after->events,
-            std::vector<std::string>{"prop-changed:kind=PropChange name=title old=a value=b "});
-  EXPECT_EQ(asker->events.back(), "window_pos:name=main ");
-  vm->Off("prop-changed", asker);
-  vm->Off("window_pos", asker);
-  vm->Off("prop-changed", after);
-  asker->Release();
-  after->Release();
+  EXPECT_TRUE(!vm->WindowPos("main", x, y, w, h) && !vm->CloseWindow() && x == 77);
 }

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -30,13 +31,19 @@ std::string LogCapture::Text() const {
   return std::string(std::istreambuf_iterator<char>(std::ifstream(path).rdbuf()), {});
 }
 
-bool LogCapture::HasFailedCheck(const std::string& function, const std::string& condition) const {
+bool LogCapture::HasFailedCheck(const std::string& function, const std::string& condition,
+                                size_t* from) const {
   static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
   const auto quote = [](const std::string& s) { return std::regex_replace(s, special, R"(\$&)"); };
   // The line number appears twice: in the prefix and after the function name.
   const std::regex line("(?:^|\n)[^:\n]+:(\\d+)\\[2\\] " + quote(function) + ":\\1 " +
                         quote(condition) + "(?:\n|$)");
-  return std::regex_search(Text(), line);
+  const std::string text = Text();
+  const size_t start = from ? std::min(*from, text.size()) : 0;
+  std::smatch found;
+  if (!std::regex_search(text.begin() + start, text.end(), found, line)) return false;
+  if (from) *from = start + found.position(0) + found.length(0);
+  return true;
 }
 
 void LogCapture::Clear() {

@@ -1,6 +1,7 @@
 #ifndef OVUI_TESTS_SUPPORT_LOG_CAPTURE_H_
 #define OVUI_TESTS_SUPPORT_LOG_CAPTURE_H_
 
+#include <cstddef>
 #include <string>
 
 namespace ovui_test {
@@ -16,8 +17,10 @@ class LogCapture {
 
   std::string Text() const;
   // True when a failed check of `condition` in `function` was logged at level 2,
-  // as "<file>:<n>[2] <function>:<n> <condition>".
-  bool HasFailedCheck(const std::string& function, const std::string& condition) const;
+  // as "<file>:<n>[2] <function>:<n> <condition>". With `from`, searches from that offset
+  // and moves it past the line found, so that lines can be matched in order.
+  bool HasFailedCheck(const std::string& function, const std::string& condition,
+                      size_t* from = nullptr) const;
   void Clear();
 
  private:
