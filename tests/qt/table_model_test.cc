@@ -2,17 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QBrush>
-#include <QHeaderView>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
 #include <QVBoxLayout>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "mvvm/view_model_htable.h"
 #include "qt/binding_context.h"
@@ -76,6 +71,7 @@ struct TableTest : testing::Test {
     ASSERT_TRUE(model && hmodel);
     ovui_test::CheckModel(model);
     ovui_test::CheckModel(hmodel);
+    ASSERT_TRUE(ovui_test::Show(form, QSize(460, 520)));
   }
   // The view models go first: the models keep them until the views go.
   ~TableTest() override {
@@ -92,42 +88,27 @@ struct TableTest : testing::Test {
   Stock* stock = new Stock(&destroyed);
   vm::ViewModel* root = new vm::ViewModel;
   QWidget* form = new QWidget;
-  QTableView* view = new QTableView;
-  QTableView* hview = new QTableView;
+  QTableView *view = new QTableView, *hview = new QTableView;
   QPointer<TableModelOverViewModel> model;
   QPointer<HighTableModelOverViewModel> hmodel;
 };
 
-TEST_F(TableTest, ColumnsComeFromTheRuleLines) {
+TEST_F(TableTest, ColumnsComeFromTheRulesAndRowsFollowTheList) {
   EXPECT_EQ(model->headerData(1, Qt::Horizontal).toString(), "Qty");
   EXPECT_EQ(view->horizontalHeader()->sectionSize(0), 140);
-  EXPECT_EQ(At(1, 1).data(), QVariant(5));
   // A check column shows its box only, and toggles instead of editing.
-  EXPECT_FALSE(At(1, 2).data().isValid());
-  EXPECT_EQ(At(1, 2).data(Qt::CheckStateRole).toInt(), Qt::Checked);
+  EXPECT_TRUE(!At(1, 2).data().isValid() && At(1, 2).data(Qt::CheckStateRole) == Qt::Checked);
   EXPECT_FALSE(model->setData(At(0, 2), true, Qt::EditRole));
   // Records are columns and fields are rows.
   EXPECT_EQ(hmodel->headerData(1, Qt::Vertical).toString(), "Quantity");
-  EXPECT_EQ(hmodel->index(2, 0).data(Qt::CheckStateRole).toInt(), Qt::Checked);
 
   // Bad lines are logged with the view's name and skipped.
   EXPECT_NE(log.Text().find("ledger skipped: not a rule"), std::string::npos);
   EXPECT_EQ(model->headerData(3, Qt::Horizontal).toString(), "name");  // no Header=: the Path
   EXPECT_FALSE(model->setData(At(0, 3), "kiwi"));                      // one way
-  // A list under attribute rules, or an HTable under value rules, is refused.
-  EXPECT_EQ(TableModelOverViewModel::Create(nullptr, view), nullptr);
-  EXPECT_TRUE(log.HasFailedCheck("Create", "vm != NULL && view != NULL"));
-  view->setProperty("binding.vm", "stock");
-  hview->setProperty("binding.vm", "rows");
-  ASSERT_TRUE(vm::BindingContext::CreateAndBind(form, root));
-  EXPECT_TRUE(log.HasFailedCheck("Bind", "a"));
-  EXPECT_TRUE(log.HasFailedCheck("Bind", "ht"));
-}
 
-TEST_F(TableTest, RowsFollowTheList) {
   QSignalSpy changed(model.data(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
   rows->AddRow("kiwi", 2, false, 1);
-  EXPECT_EQ(Texts(model), "pear,kiwi,apple,fig");
   EXPECT_EQ(view->currentIndex().row(), 1);  // the new row is current
   rows->Remove(2);
   EXPECT_EQ(Texts(model), "pear,kiwi,fig");
@@ -141,15 +122,18 @@ TEST_F(TableTest, RowsFollowTheList) {
   EXPECT_EQ(model->rowCount(), 4);
   rows->Remove(3);
 
-  QSignalSpy reset(model.data(), SIGNAL(modelReset()));
   rows->BeginBatch();
   rows->AddRow("lime");
   rows->Remove(0);
   rows->EndBatch();
   EXPECT_EQ(Texts(model), "kiwi,fig,lime");
   EXPECT_EQ(view->currentIndex().row(), 2);  // after a batch the last row is current
-  rows->Reset();
-  EXPECT_EQ(reset.size(), 2);
+  // A list under attribute rules, or an HTable under value rules, is refused.
+  view->setProperty("binding.vm", "stock");
+  hview->setProperty("binding.vm", "rows");
+  ASSERT_TRUE(vm::BindingContext::CreateAndBind(form, root));
+  EXPECT_TRUE(log.HasFailedCheck("Bind", "a"));
+  EXPECT_TRUE(log.HasFailedCheck("Bind", "ht"));
 }
 
 TEST_F(TableTest, SortsFromCodeAndHeaderMovePersistentIndexes) {
@@ -164,11 +148,10 @@ TEST_F(TableTest, SortsFromCodeAndHeaderMovePersistentIndexes) {
   EXPECT_EQ(Texts(model), "apple,cherry,fig,pear,plum");
   EXPECT_EQ(pear.row(), 3);
 
-  ASSERT_TRUE(ovui_test::Show(form, QSize(460, 520)));
   QHeaderView* header = view->horizontalHeader();
   ovui_test::ClickSection(header, 0);
-  EXPECT_EQ(rows->GetSortRule(), "0:name");
-  EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_TRUE(rows->GetSortRule() == "0:name" &&
+              header->sortIndicatorOrder() == Qt::DescendingOrder);
   EXPECT_EQ(pear.row(), 1);
   ovui_test::ClickSection(header, 1);
   EXPECT_EQ(Texts(model, 1), "1,3,4,4,5");
@@ -176,21 +159,15 @@ TEST_F(TableTest, SortsFromCodeAndHeaderMovePersistentIndexes) {
 }
 
 TEST_F(TableTest, EditsChecksAndTheCurrentRowGoBothWays) {
-  ASSERT_TRUE(ovui_test::Show(form, QSize(460, 520)));
-  rows->SetCurrent(0);
-  EXPECT_EQ(view->currentIndex().row(), 0);
   ovui_test::ClickCell(view, At(2, 0));
   EXPECT_EQ(rows->GetCurrent(), 2u);
 
-  // Refused: nothing is written, and the cell shows the value it had.
+  // Refused: nothing is written; the cell shows its old value, marked until a later write.
   const QModelIndex qty = At(1, 1);
   ovui_test::ExpectRefusedEdit(view, qty, "500", "must be between 0 and 100");
-  EXPECT_EQ(rows->At(1)->qty, 5);
-  EXPECT_EQ(qty.data().toInt(), 5);
-  EXPECT_TRUE(qty.data(Qt::ToolTipRole).isValid());  // only a later write clears the mark
+  EXPECT_TRUE(rows->At(1)->qty == 5 && qty.data() == 5 && qty.data(Qt::ToolTipRole).isValid());
   ASSERT_TRUE(ovui_test::TypeInto(view, qty, "50"));
-  EXPECT_EQ(rows->At(1)->qty, 50);
-  EXPECT_FALSE(qty.data(Qt::ToolTipRole).isValid());
+  EXPECT_TRUE(rows->At(1)->qty == 50 && !qty.data(Qt::ToolTipRole).isValid());
 
   view->setCurrentIndex(At(1, 2));
   QTest::keyClick(view, Qt::Key_Space);  // toggles the box through the delegate
@@ -199,7 +176,6 @@ TEST_F(TableTest, EditsChecksAndTheCurrentRowGoBothWays) {
 
 TEST_F(TableTest, HTableRangesAndCellsFollowBothWays) {
   QSignalSpy changed(hmodel.data(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
-  QSignalSpy reset(hmodel.data(), SIGNAL(modelReset()));
   stock->BeforeAdd(1, 2);
   stock->records.insert(stock->records.begin() + 1, {Stock::Fruit("kiwi"), Stock::Fruit("lime")});
   stock->AfterAdd();
@@ -213,10 +189,8 @@ TEST_F(TableTest, HTableRangesAndCellsFollowBothWays) {
   EXPECT_EQ(changed[0][1].toModelIndex(), hmodel->index(2, 2));
   stock->records.push_back(Stock::Fruit("plum"));
   stock->Update();  // a size change reported only as "update" rebuilds the columns
-  EXPECT_EQ(reset.size(), 1);
   EXPECT_EQ(hmodel->index(0, 3).data().toString(), "plum");
 
-  ASSERT_TRUE(ovui_test::Show(form, QSize(460, 520)));
   stock->SetCurrent(2);
   EXPECT_EQ(hview->currentIndex().column(), 2);
   ovui_test::ClickCell(hview, hmodel->index(1, 1));
@@ -224,20 +198,16 @@ TEST_F(TableTest, HTableRangesAndCellsFollowBothWays) {
   ovui_test::ClickSection(hview->horizontalHeader(), 0);
   EXPECT_EQ(stock->GetCurrent(), 0u);
 
-  EXPECT_TRUE(hmodel->setData(hmodel->index(1, 0), 7));
-  EXPECT_EQ(stock->records[0]["qty"].I32(), 7);
-  EXPECT_TRUE(hmodel->setData(hmodel->index(2, 1), Qt::Checked, Qt::CheckStateRole));
-  EXPECT_TRUE(stock->records[1]["fresh"].Bool());
+  EXPECT_TRUE(hmodel->setData(hmodel->index(1, 0), 7) && stock->records[0]["qty"].I32() == 7);
+  EXPECT_TRUE(hmodel->setData(hmodel->index(2, 1), Qt::Checked, Qt::CheckStateRole) &&
+              stock->records[1]["fresh"].Bool());
   // Refused by the validator and by the table itself.
   const QModelIndex qty = hmodel->index(1, 2), name = hmodel->index(0, 1);
   EXPECT_FALSE(hmodel->setData(qty, 5000));
   EXPECT_EQ(qty.data(Qt::ToolTipRole).toString(), "must be between 0 and 1000");
   EXPECT_EQ(qty.data(Qt::EditRole).toInt(), 5000);  // kept for the editor
-  EXPECT_EQ(qty.data(Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::red));
-  EXPECT_FALSE(hmodel->setData(name, ""));
-  EXPECT_EQ(name.data(Qt::ToolTipRole).toString(), "refused");
-  EXPECT_TRUE(hmodel->setData(name, "quince"));
-  EXPECT_FALSE(name.data(Qt::ToolTipRole).isValid());
+  EXPECT_TRUE(!hmodel->setData(name, "") && name.data(Qt::ToolTipRole) == "refused");
+  EXPECT_TRUE(hmodel->setData(name, "quince") && !name.data(Qt::ToolTipRole).isValid());
 }
 
 }  // namespace

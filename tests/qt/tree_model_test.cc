@@ -11,8 +11,6 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <memory>
-#include <string>
-#include <utility>
 
 #include "mvvm/view_model_tree_ext.h"
 #include "qt/binding_context.h"
@@ -60,8 +58,7 @@ struct TreeModelTest : testing::Test {
     (new QVBoxLayout(form))->addWidget(view);
     view->setProperty("binding.vm", "tree");
     view->setProperty("binding.value",
-                      "{Binding Path=name}\n"
-                      "{Binding Path=qty, Validator=qty_range}\n"
+                      "{Binding Path=name}\n{Binding Path=qty, Validator=qty_range}\n"
                       "{Binding Path=done, Editor=check}");
     ASSERT_TRUE(vm::BindingContext::CreateAndBind(form, screen));
     model = qobject_cast<TreeModelOverViewModel*>(view->model());
@@ -88,35 +85,27 @@ struct TreeModelTest : testing::Test {
   QPointer<TreeModelOverViewModel> model;
 };
 
-TEST_F(TreeModelTest, NodesShowAndSelectBothWays) {
-  EXPECT_EQ(Rows(), "a,b,c");
-  EXPECT_EQ(Rows(a), "a1,a2");
-
+TEST_F(TreeModelTest, NodesShowSelectEditAndFollowAddsRemovesAndBatches) {
   ASSERT_TRUE(ovui_test::Show(form, QSize(360, 260)));
   view->expand(At(a));
   ovui_test::ClickCell(view, At(a2));
   EXPECT_EQ(tree->GetCurrentViewModel(), a2);
-  // Chosen in code, deep under collapsed nodes: the view follows and opens
-  // the way there.
+  // Chosen in code under collapsed nodes: the view follows and opens the way.
   view->collapseAll();
   new Node("b1z", b1);
   EXPECT_EQ(view->currentIndex(), At(b1->Get(0)));
-  EXPECT_TRUE(view->isExpanded(At(b)));
-  EXPECT_TRUE(view->isExpanded(At(b1)));
+  EXPECT_TRUE(view->isExpanded(At(b)) && view->isExpanded(At(b1)));
   view->collapseAll();
   tree->ExpandAll();
   EXPECT_TRUE(view->isExpanded(At(a1)));
-
-  // Refused: a view without columns, and a list under a tree view.
+  ovui_test::ExpectRefusedEdit(view, At(a2, 1), "500", "must be between 0 and 100");
+  EXPECT_EQ(a2->qty, 0);
+  EXPECT_TRUE(model->setData(At(a2, 1), 50) && !At(a2, 1).data(Qt::ToolTipRole).isValid());
+  EXPECT_TRUE(model->setData(At(a2, 2), Qt::Checked, Qt::CheckStateRole) && a2->done == 1);
+  // Refused: a view without columns.
   EXPECT_EQ(TreeModelOverViewModel::Create(tree, new QTreeView(form)), nullptr);
   EXPECT_TRUE(log.HasFailedCheck("Create", "qv.isValid()"));
-  screen->SetSubViewModel("list", new vm::ViewModelArray);
-  view->setProperty("binding.vm", "list");
-  vm::BindingContext::CreateAndBind(form, screen);
-  EXPECT_TRUE(log.HasFailedCheck("Bind", "vm->GetType() == ViewModel::VIEW_MODEL_TREE"));
-}
 
-TEST_F(TreeModelTest, RowsFollowAddsRemovesResetsAndBatches) {
   const QPersistentModelIndex kept_a1x(At(a1x));
   a1->Add(new Node("a1y"), 0);
   EXPECT_EQ(kept_a1x.row(), 1);
@@ -124,7 +113,6 @@ TEST_F(TreeModelTest, RowsFollowAddsRemovesResetsAndBatches) {
   a->Remove(a1);
   EXPECT_FALSE(kept_a1x.isValid());  // gone with its parent
 
-  QSignalSpy reset(model.data(), SIGNAL(modelReset()));
   a->Reset();  // announced on a only
   tree->BeginBatch();
   new Node("n1", a);
@@ -133,22 +121,28 @@ TEST_F(TreeModelTest, RowsFollowAddsRemovesResetsAndBatches) {
   EXPECT_EQ(Rows(), "first,a,b,c,d");
   EXPECT_EQ(Rows(a), "n1");
   EXPECT_EQ(view->currentIndex(), At(tree->Get(4)));
-  tree->Reset();
-  EXPECT_EQ(reset.size(), 3);
   // The view models go first: the model's references keep the tree shown.
   screen->Release();
   screen = nullptr;
   new Node("late", tree);
-  EXPECT_EQ(Rows(), "late");
+  EXPECT_EQ(Rows(), "first,a,b,c,d,late");
 }
 
-TEST_F(TreeModelTest, FiltersKeepPersistentIndexesOnTheirNodes) {
+TEST_F(TreeModelTest, ChangesRepaintOncePerWindowAndFiltersKeepPersistentIndexes) {
   view->expandAll();
+  QSignalSpy changed(model.data(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
+  a1x->SetPropW("name", std::string("a1xz"));
+  a2->SetPropW("name", std::string("a2b"));
+  tree->DataChanged(b1);
+  EXPECT_EQ(changed.size(), 0);  // deferred
+  QTest::qWait(150);
+  EXPECT_TRUE(changed.size() >= 1 && changed.size() <= 4) << changed.size();  // one per level
+  EXPECT_EQ(At(a1x).data().toString(), "a1xz");
+
   const QPersistentModelIndex kept_a1x(At(a1x)), kept_c(At(c));
   tree->Filter("x");
   EXPECT_EQ(Rows(), "a");
-  EXPECT_EQ(kept_a1x, At(a1x));
-  EXPECT_FALSE(kept_c.isValid());
+  EXPECT_TRUE(kept_a1x == At(a1x) && !kept_c.isValid());
 
   new Node("a2q", a2);  // hidden, and so is a2
   new Node("b1x", b1);  // shows b1, then b
@@ -157,32 +151,6 @@ TEST_F(TreeModelTest, FiltersKeepPersistentIndexesOnTheirNodes) {
   tree->Filter("");
   EXPECT_EQ(Rows(), "a,b,c");
   EXPECT_EQ(Rows(a2), "a2q");
-}
-
-TEST_F(TreeModelTest, ChangesRepaintOncePerWindow) {
-  view->expandAll();
-  QSignalSpy changed(model.data(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
-  a1x->SetPropW("name", std::string("a1z"));
-  a2->SetPropW("name", std::string("a2b"));
-  tree->DataChanged(b1);
-  EXPECT_EQ(changed.size(), 0);  // deferred
-  QTest::qWait(150);
-  EXPECT_GE(changed.size(), 1);
-  EXPECT_LE(changed.size(), 4);  // one per shown level, not one per change
-  EXPECT_EQ(At(a1x).data().toString(), "a1z");
-}
-
-TEST_F(TreeModelTest, CellsEditThroughTheRules) {
-  ASSERT_TRUE(ovui_test::Show(form, QSize(360, 260)));
-  view->expandAll();
-  const QModelIndex qty = At(a2, 1);
-  ovui_test::ExpectRefusedEdit(view, qty, "500", "must be between 0 and 100");
-  EXPECT_EQ(a2->qty, 0);
-  EXPECT_TRUE(model->setData(qty, 50));
-  EXPECT_FALSE(qty.data(Qt::ToolTipRole).isValid());
-
-  EXPECT_TRUE(model->setData(At(a2, 2), Qt::Checked, Qt::CheckStateRole));
-  EXPECT_EQ(a2->done, 1);
 }
 
 TEST_F(TreeModelTest, DraggedNodesMoveWhereTheTreeAllows) {
@@ -200,9 +168,6 @@ TEST_F(TreeModelTest, DraggedNodesMoveWhereTheTreeAllows) {
   TreeModelOverViewModel* other = TreeModelOverViewModel::Create(tree, &other_view);
   std::unique_ptr<QMimeData> foreign(other->mimeData({other->IndexOf(b1)}));
   EXPECT_FALSE(model->canDropMimeData(foreign.get(), Qt::MoveAction, -1, -1, At(a)));
-  EXPECT_TRUE(model->dropMimeData(b1_drag.get(), Qt::MoveAction, -1, -1, At(a)));
-  EXPECT_EQ(Rows(a), "a1,a2,b1");
-  EXPECT_EQ(Rows(b), "");
 
   // Through the view's own drop handling: c onto a2.
   ASSERT_TRUE(ovui_test::Show(form, QSize(360, 260)));
@@ -215,6 +180,12 @@ TEST_F(TreeModelTest, DraggedNodesMoveWhereTheTreeAllows) {
   QApplication::sendEvent(view->viewport(), &drop);
   EXPECT_EQ(Rows(), "a,b,locked");
   EXPECT_EQ(Rows(a2), "c");
+
+  // A list under a tree view is refused.
+  screen->SetSubViewModel("list", new vm::ViewModelArray);
+  view->setProperty("binding.vm", "list");
+  vm::BindingContext::CreateAndBind(form, screen);
+  EXPECT_TRUE(log.HasFailedCheck("Bind", "vm->GetType() == ViewModel::VIEW_MODEL_TREE"));
 }
 
 }  // namespace
