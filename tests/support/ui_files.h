@@ -29,12 +29,6 @@ std::unique_ptr<QWidget> LoadUi(const char* file, const char* class_name) {
   return std::unique_ptr<QWidget>(loader.load(&ui));
 }
 
-// Saves a picture of `widget` as `name` when OVUI_SCREENSHOT_DIR is set.
-inline void Screenshot(QWidget* widget, const char* name) {
-  const QString dir = qEnvironmentVariable("OVUI_SCREENSHOT_DIR");
-  if (!dir.isEmpty()) widget->grab().save(QDir(dir).filePath(name));
-}
-
 }  // namespace ovui_test
 
 #endif  // OVUI_TESTS_SUPPORT_UI_FILES_H_
