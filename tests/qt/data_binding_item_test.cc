@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
+#include <climits>
 
 #include "qt/pop_menu.h"
 #include "support/log_capture.h"
@@ -42,6 +43,14 @@ TEST(DataBindingItemTest, ValuesRoundTripThroughWidgets) {
   EXPECT_EQ(dspin.value(), 0.1);
   EXPECT_EQ(date.date(), day);
   EXPECT_EQ(time.time(), QDateTime::fromSecsSinceEpoch(noon).time());
+
+  // Instants beyond what milliseconds hold have nothing to show: refused, the widget untouched.
+  QDateTimeEdit stamp;
+  QVariant qv;
+  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MAX), "dateTime"));
+  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MIN), "date"));
+  vm::DataBindingItemQt(&stamp, nullptr, nullptr, "dateTime", false).SetWidgetProp(LLONG_MAX);
+  EXPECT_EQ(stamp.dateTime(), QDateTimeEdit().dateTime());
 }
 
 TEST(DataBindingItemTest, WritesOnlyWhatChangesShowsOnlyWhatWasHiddenAndKeepsTheCaret) {
