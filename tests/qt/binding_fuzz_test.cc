@@ -1,23 +1,20 @@
-// Random forms against the binding engine: random widget trees with valid and
-// broken rules, random edits, model writes and window requests, and teardown
-// in random orders. The sanitizers catch crashes, leaks and use after free;
-// the test checks the lifetime rules on top. OVUI_FUZZ_SEED picks the seed.
+// Random widget trees with valid and broken rules, random edits, writes and window requests, and
+// teardown in random orders, for the sanitizers and the lifetime rules. OVUI_FUZZ_SEED seeds it.
 
 #include <gtest/gtest.h>
 
 #include <QtTest>
 #include <QtWidgets>
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "mvvm/view_model_array.h"
 #include "qt/binding_context.h"
+#include "support/item_views.h"
 #include "support/log_capture.h"
 #include "support/toy_objects.h"
 
@@ -38,9 +35,8 @@ auto Pick(const C& from) {
   return std::begin(from)[Int(0, static_cast<int>(std::size(from)) - 1)];
 }
 std::string Bytes(int max) {  // any but NUL, valid UTF-8 or not
-  std::string out;
-  for (int n = Int(0, max); n > 0; --n)
-    out += static_cast<char>(Int(1, 255));
+  std::string out(Int(0, max), ' ');
+  std::generate(out.begin(), out.end(), [] { return static_cast<char>(Int(1, 255)); });
   return out;
 }
 
@@ -57,16 +53,11 @@ bool Delete(QObject* obj) {
   return true;
 }
 
-// A form's view models, windows, and what the user touches, with its window.
-struct Host {
-  struct Window {
-    QPointer<QWidget> root;
-    QPointer<vm::BindingContext> ctx;
-  };
+struct Host {     // a form's view models, windows, and what the user touches, with its window
   int alive = 0;  // view models
   vm::ViewModel *root = nullptr, *sub = nullptr;
   vm::ViewModelArray* list = nullptr;
-  std::vector<Window> windows;
+  std::vector<std::pair<QPointer<QWidget>, QPointer<vm::BindingContext>>> windows;  // and contexts
   std::vector<std::pair<QPointer<QObject>, int>> targets;
   QPointer<QObject> sender;  // what the user touched last, for the commands that delete it
   QPointer<QWidget> sender_window;
@@ -79,8 +70,7 @@ struct Counted : Base {
   Host* host;
 };
 
-// The view model of every form, of its sub view model and of the list rows.
-struct Sheet : Counted<vm::ViewModel> {
+struct Sheet : Counted<vm::ViewModel> {  // every form's, its sub view model's and the rows'
   explicit Sheet(Host* host) : Counted(host) {
     InstallProp("i", &i);
     InstallProp("s", &s);
@@ -151,12 +141,9 @@ void SetRule(QObject* obj, const char* key, const std::string& rule) {
 }
 
 template <typename W>
-QWidget* Make(QWidget* parent) {
-  return new W(parent);
-}
+QWidget* (*const Make)(QWidget*) = [](QWidget* parent) -> QWidget* { return new W(parent); };
 
-// Every class of the binder table, and plain containers.
-QWidget* (*const kMakers[])(QWidget*) = {
+QWidget* (*const kMakers[])(QWidget*) = {  // every class of the binder table, and containers
     Make<QLabel>,        Make<QLCDNumber>,     Make<QTextBrowser>,   Make<QProgressBar>,
     Make<QGroupBox>,     Make<QPushButton>,    Make<QTimeEdit>,      Make<QDateEdit>,
     Make<QDateTimeEdit>, Make<QStackedWidget>, Make<QTabWidget>,     Make<QLineEdit>,
@@ -180,10 +167,9 @@ void Populate(Host& host, QWidget* parent, int window, int depth, int count) {
     if (Chance(0.05)) w->setProperty("binding.value", Int(0, 100));  // not text at all
     if (list) SetRule(w, "binding.vm", Chance(0.8) ? "list" : Pick(kSubNames));
     if (!list && Chance(holds ? 0.4 : 0.08)) SetRule(w, "binding.vm", Pick(kSubNames));
-    if (Chance(0.5)) SetRule(w, "binding.options", DataRule());  // for combo boxes
-    // A shown menu is a pop-up: never let a rule show one.
-    if (!menu && Chance(0.1)) SetRule(w, "binding.visible", DataRule());
-    if (!menu && Chance(0.1)) SetRule(w, "binding.enable", DataRule());
+    if (Chance(0.5)) SetRule(w, "binding.options", DataRule());    // for combo boxes
+    for (const char* key : {"binding.visible", "binding.enable"})  // never show a menu: a pop-up
+      if (!menu && Chance(0.1)) SetRule(w, key, DataRule());
     if (Chance(button ? 0.4 : 0.05)) SetRule(w, "binding.command", CommandRule());
     for (int n = bar ? Int(1, 4) : 0; n > 0; --n) {
       auto* action = qobject_cast<QAction*>(Pick(host.targets).first.data());  // one in two bars
@@ -200,8 +186,7 @@ void Populate(Host& host, QWidget* parent, int window, int depth, int count) {
   }
 }
 
-// The test lets go of the root view model: a context bound to it keeps it usable.
-void ReleaseRoot(Host& host) {
+void ReleaseRoot(Host& host) {  // the test's; a context bound to it keeps it usable
   if (!host.root) return;
   const int before = host.alive;
   const bool held = host.root->RefCount() > 1;
@@ -211,15 +196,14 @@ void ReleaseRoot(Host& host) {
   host.root = nullptr;
 }
 
-// One thing the user, the host code or the event loop does.
-void Step(Host& host) {
+void Step(Host& host) {  // one thing the user, the host code or the event loop does
   const auto target = Pick(host.targets);
   QObject* obj = target.first;
   auto* w = qobject_cast<QWidget*>(obj);
   auto* list = qobject_cast<QListView*>(obj);
   // Menus are modal pop-ups, and keys may make a button open its menu.
   const bool plain = w && !qobject_cast<QMenu*>(w) && !qobject_cast<QAbstractButton*>(w);
-  const QPointer<vm::BindingContext> ctx = Pick(host.windows).ctx;
+  const QPointer<vm::BindingContext> ctx = Pick(host.windows).second;
   const int size = static_cast<int>(host.list->Size());
   vm::ViewModel* vm = Pick<vm::ViewModel*>({host.root, host.root, host.sub, host.list});
   if (size > 0 && Chance(0.2)) vm = host.list->Get(Int(0, size - 1));
@@ -227,12 +211,11 @@ void Step(Host& host) {
   QByteArray signal = Pick({"clicked", "triggered", "toggle", "sliderReleased", "close"});
   QByteArray prop = Pick({"value", "currentIndex", "plainText", "text", "currentText"});
   host.sender = obj;
-  host.sender_window = host.windows[target.second].root;
+  host.sender_window = host.windows[target.second].first;
   const int kind =
       std::discrete_distribution<int>({20, 10, 6, 8, 3, 20, 6, 7, 2, 2, 1, 3, 2, 3, 1})(rng);
-  // A click, a trigger, a toggle or a release, as the binders hear them.
   if (kind == 0 && obj && obj->metaObject()->indexOfMethod(signal + "()") >= 0)
-    QMetaObject::invokeMethod(obj, signal);
+    QMetaObject::invokeMethod(obj, signal);  // a click, trigger, toggle or release
   if (kind == 1 && plain) QTest::keyClicks(w, QString("aZ07-.{}%").mid(Int(0, 8), 3));
   if (kind == 2 && plain) QTest::keyClick(w, Pick({Qt::Key_Return, Qt::Key_Tab, Qt::Key_Up}));
   if (kind == 3 && plain && w->metaObject()->indexOfProperty(prop) >= 0)
@@ -246,14 +229,12 @@ void Step(Host& host) {
   if (kind == 10) host.list->Reset();
   if (kind == 11 && target.first && Chance(0.5)) target.first->deleteLater();
   if (kind == 11 && Chance(0.5)) delete target.first.data();
-  // Window requests about the object picked.
-  if (kind == 12) vm->SetWindowPos(name, Int(-1, 10), 0, Pick({0, 300, 1500}), 300);
+  if (kind == 12) vm->SetWindowPos(name, Int(-1, 10), 0, Pick({0, 300, 1500}), 300);  // requests
   if (kind == 13) vm->Rebind(name, Bytes(4));
   if (kind == 14) vm->CloseWindow();
 }
 
-// One form: build, bind, drive, tear down; its view models go with it.
-void RunForm(unsigned seed, int form) {
+void RunForm(unsigned seed, int form) {  // build, bind, drive, tear down, view models and all
   rng.seed(seed ^ (static_cast<unsigned>(form) * 2654435761u));
   Host host;
   host.root = new Sheet(&host);
@@ -264,7 +245,6 @@ void RunForm(unsigned seed, int form) {
   for (int n = Int(0, 4); n > 0; --n)
     host.list->Add(new Sheet(&host));
   // The main window, and sometimes one over the root, the sub view model or the list.
-  using Tester = QAbstractItemModelTester;
   const int windows = Chance(0.3) ? 2 : 1;
   for (int index = 0; index < windows; ++index) {
     QWidget* window = Pick(kRoots)(nullptr);
@@ -275,11 +255,10 @@ void RunForm(unsigned seed, int form) {
     host.targets.push_back({window, index});
     Populate(host, window, index, 0, Int(2, 12));
     auto* vm = index ? Pick<vm::ViewModel*>({host.root, host.sub, host.list}) : host.root;
-    EXPECT_TRUE(host.windows.back().ctx = vm::BindingContext::CreateAndBind(window, vm));
+    EXPECT_TRUE(host.windows.back().second = vm::BindingContext::CreateAndBind(window, vm));
     if (Chance(0.5)) window->show();
-    for (auto* view : window->findChildren<QListView*>()) {  // every list model under the tester
-      if (view->model()) new Tester(view->model(), Tester::FailureReportingMode::Fatal, view);
-    }
+    for (auto* view : window->findChildren<QListView*>())
+      if (view->model()) ovui_test::CheckModel(view->model());
   }
   for (int step = 0; step < 30; ++step)
     Step(host);
@@ -287,11 +266,11 @@ void RunForm(unsigned seed, int form) {
   const bool reverse = Chance(0.5);
   for (int n = 0; n < windows; ++n) {
     if (Chance(0.3)) ReleaseRoot(host);
-    Host::Window& window = host.windows[reverse ? windows - 1 - n : n];
-    if (window.root && Chance(0.3)) window.root->deleteLater();
+    auto& [root, ctx] = host.windows[reverse ? windows - 1 - n : n];
+    if (root && Chance(0.3)) root->deleteLater();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    delete window.root.data();
-    EXPECT_TRUE(window.ctx.isNull()) << "the context outlived its window";
+    delete root.data();
+    EXPECT_TRUE(ctx.isNull()) << "the context outlived its window";
   }
   ReleaseRoot(host);
   EXPECT_EQ(host.alive, 0) << "view models outlived their form";
@@ -304,15 +283,14 @@ TEST(BindingFuzz, RandomFormsSurviveEditsRequestsAndTeardown) {
   const unsigned seed = seed_text ? std::strtoul(seed_text, nullptr, 0) : 20240611u;
   QApplication::setQuitOnLastWindowClosed(false);  // closing a window must not quit
   ovui_test::LogCapture log;  // so that messages built from random rules are written too
-  std::printf("OVUI_FUZZ_SEED=%u, forms:", seed);
+  std::fprintf(stderr, "OVUI_FUZZ_SEED=%u, forms:", seed);
   for (int form = 0; form < 200; ++form) {
-    std::printf(" %d", form);  // the last one names the form a sanitizer abort stopped in
-    std::fflush(stdout);
+    std::fprintf(stderr, " %d", form);  // the last one names the form a sanitizer abort stopped in
     SCOPED_TRACE(testing::Message() << "OVUI_FUZZ_SEED=" << seed << " form " << form);
     RunForm(seed, form);
     log.Clear();
   }
-  std::printf("\n");
+  std::fprintf(stderr, "\n");
   QApplication::setQuitOnLastWindowClosed(true);
 }
 
@@ -357,22 +335,4 @@ TEST(BindingFuzzFound, CommandsMayDeleteTheirSenderOrWindowAndShareAnAction) {
   closer->click();
   EXPECT_TRUE(ctx.isNull());
   EXPECT_EQ(host.alive, 0);
-}
-
-TEST(BindingFuzzFound, InstantsBeyondTheMillisecondRangeAreNotShown) {
-  QVariant qv;
-  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MAX), "dateTime"));
-  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MIN), "date"));
-  Host host;
-  auto* form = new Sheet(&host);
-  form->t = LLONG_MAX;
-  QWidget window;
-  auto* edit = new QDateTimeEdit(&window);
-  edit->setProperty("binding.value", "{Binding Path=t}");
-  QPointer<vm::BindingContext> ctx = vm::BindingContext::CreateAndBind(&window, form);
-  EXPECT_EQ(edit->dateTime(), QDateTimeEdit().dateTime());  // untouched
-  form->SetPropW("t", Value(86400LL));
-  ctx->UpdateView(true);
-  EXPECT_EQ(edit->dateTime().toSecsSinceEpoch(), 86400);
-  form->Release();
 }

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
+#include <climits>
 
 #include "qt/pop_menu.h"
 #include "support/log_capture.h"
@@ -38,6 +39,14 @@ TEST(DataBindingItemTest, ValuesRoundTripThroughWidgetsAndOnlyChangesAreWritten)
   }
   EXPECT_TRUE(line.text() == QString::fromUtf8(u8"Gr\u00FC\u00DFe") && dspin.value() == 0.1);
   EXPECT_TRUE(date.date() == day && time.time() == QDateTime::fromSecsSinceEpoch(noon).time());
+
+  // Instants beyond what milliseconds hold have nothing to show: refused, the widget untouched.
+  QDateTimeEdit stamp;
+  QVariant qv;
+  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MAX), "dateTime"));
+  EXPECT_FALSE(vm::QVariantFromValue(qv, Value(LLONG_MIN), "date"));
+  vm::DataBindingItemQt(&stamp, nullptr, nullptr, "dateTime", false).SetWidgetProp(LLONG_MAX);
+  EXPECT_EQ(stamp.dateTime(), QDateTimeEdit().dateTime());
 
   // Writes only what changes, shows only what was hidden, and keeps the caret.
   QWidget window;

@@ -2,18 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QContextMenuEvent>
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
-#include <functional>
 
 #include "support/log_capture.h"
+#include "support/menus.h"
 #include "support/toy_objects.h"
 
+using ovui_test::RightClick;
 using ovui_test::ToyCommand;
 
 namespace {
@@ -43,32 +41,6 @@ struct MenuViewModel : vm::ViewModel {
   std::vector<std::string> asked;
 };
 
-// "Entry|-|Submenu>(Entry)|[Disabled]"
-QString Describe(const QMenu& menu) {
-  QStringList items;
-  for (QAction* a : menu.actions()) {
-    const QString text = a->isEnabled() ? a->text() : "[" + a->text() + "]";
-    items << (a->isSeparator() ? "-" : a->menu() ? text + ">(" + Describe(*a->menu()) + ")" : text);
-  }
-  return items.join('|');
-}
-
-// Right-clicks `widget`, shows `inspect` the first menu, closes all; returns how many opened.
-int RightClick(QWidget& widget, const std::function<void(QMenu&)>& inspect = {}) {
-  int opened = 0;
-  QTimer poll;
-  QObject::connect(&poll, &QTimer::timeout, [&] {
-    QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    if (!menu) return;
-    if (opened++ == 0 && inspect) inspect(*menu);
-    if (menu) menu->close();
-  });
-  poll.start(0);
-  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 4), widget.mapToGlobal(QPoint(3, 4)));
-  QApplication::sendEvent(&widget, &event);
-  return opened;
-}
-
 }  // namespace
 
 TEST(PopMenuSupportTest, MenuFollowsTheTreeAndOutlivesNothing) {
@@ -93,7 +65,9 @@ TEST(PopMenuSupportTest, MenuFollowsTheTreeAndOutlivesNothing) {
   PopMenuSupport support(window, &vm, true);
   PopMenuSupport second(window, &vm, true);  // reports success, stays silent
   const int opened = RightClick(*window, [](QMenu& menu) {
-    EXPECT_EQ(Describe(menu), "Open|-|Edit>(-|More>(Again))|[Off]|Close");
+    EXPECT_EQ(ovui_test::Describe(menu),
+              (std::vector<std::string>{"Open", "-", "Edit >", "  -", "  More >", "    Again",
+                                        "[Off]", "Close"}));
     const QList<QAction*> top = menu.actions();
     QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(top.at(3)).center());
     EXPECT_TRUE(menu.isVisible());  // a disabled entry does nothing
