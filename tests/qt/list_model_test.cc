@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModelTester>
 #include <QListView>
 #include <QPointer>
 #include <QSignalSpy>
@@ -18,7 +19,8 @@ struct ListModelTest : testing::Test {
   ListModelTest() {
     view->setProperty("binding.value", "{Binding Path=name}");
     model = ListModelOverViewModel::Create(rows, view);
-    ovui_test::CheckModel(model);
+    new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                 model);
   }
   // The list goes first: the model's reference keeps it until the view goes.
   ~ListModelTest() override {

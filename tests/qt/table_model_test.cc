@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModelTester>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTableView>
@@ -69,8 +70,10 @@ struct TableTest : testing::Test {
     model = qobject_cast<TableModelOverViewModel*>(view->model());
     hmodel = qobject_cast<HighTableModelOverViewModel*>(hview->model());
     ASSERT_TRUE(model && hmodel);
-    ovui_test::CheckModel(model);
-    ovui_test::CheckModel(hmodel);
+    new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                 model);
+    new QAbstractItemModelTester(hmodel, QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                 hmodel);
     ASSERT_TRUE(ovui_test::Show(form, QSize(460, 520)));
   }
   // The view models go first: the models keep them until the views go.

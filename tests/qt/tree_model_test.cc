@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
@@ -63,7 +64,8 @@ struct TreeModelTest : testing::Test {
     ASSERT_TRUE(vm::BindingContext::CreateAndBind(form, screen));
     model = qobject_cast<TreeModelOverViewModel*>(view->model());
     ASSERT_TRUE(model);
-    ovui_test::CheckModel(model);
+    new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                 model);
   }
   // The form and its context go first: the tree is back to its owner's reference.
   ~TreeModelTest() override {
