@@ -22,7 +22,8 @@ TEST(StrUtilsTest, ConversionsCopiesAndReplace) {
                                           StrUtils::FromFloat(StrUtils::ToFloat("2.25")),
                                           StrUtils::ToLower("MiXeD 1"), StrUtils::ToUpper("MiXeD")};
   EXPECT_EQ(texts, (std::vector<std::string>{"-42", "2.250000", "mixed 1", "MIXED"}));
-  EXPECT_TRUE(StrUtils::StartWith("ab", "a") && !StrUtils::StartWith("xab", "ab"));
+  EXPECT_TRUE(StrUtils::StartWith("ab", "a"));
+  EXPECT_FALSE(StrUtils::StartWith("xab", "ab"));
   EXPECT_EQ((std::vector<std::string>{Dup("abcdef", 3), Dup("abcdef", 0), Dup("abc", 99)}),
             (std::vector<std::string>{"abc", "abcdef", "abc"}));  // n = 0 copies all
 

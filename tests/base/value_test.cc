@@ -32,7 +32,8 @@ TEST(ValueTest, TextConversionsComparisonsAndOwnership) {
       Value(-3.99).I64(), Value(1e300).I64(), Value("12abc").I64(),      Value("  -5").I64(),
       Value("abc").I64(), kNoText.I64(),      Value("99999999999").I64()};
   EXPECT_EQ(ints, (std::vector<long long>{-3, INT64_MAX, 12, -5, 0, 0, atoi("99999999999")}));
-  EXPECT_TRUE(Value(1e19).U64() == 10000000000000000000ULL && Value("3.7").F64() == 3.7);
+  EXPECT_EQ(Value(1e19).U64(), 10000000000000000000ULL);
+  EXPECT_EQ(Value("3.7").F64(), 3.7);
 
   // Bool looks at the low 32 bits only.
   const std::vector<bool> bools = {Value(0x100000000LL).Bool(), Value(0x100000001LL).Bool(),
@@ -69,6 +70,10 @@ TEST(ValueTest, TextConversionsComparisonsAndOwnership) {
   s = Value();
   i = Value();
   r.Reset();
-  EXPECT_TRUE(s.Type() == Value::TYPE_STR && !s.Str() && r.Type() == Value::TYPE_STR && !r.Str());
-  EXPECT_TRUE(i.I64() == 42 && Value(Value()).Type() == Value::TYPE_NULL);
+  EXPECT_EQ(s.Type(), Value::TYPE_STR);
+  EXPECT_EQ(s.Str(), nullptr);
+  EXPECT_EQ(r.Type(), Value::TYPE_STR);
+  EXPECT_EQ(r.Str(), nullptr);
+  EXPECT_EQ(i.I64(), 42);
+  EXPECT_EQ(Value(Value()).Type(), Value::TYPE_NULL);
 }

@@ -41,7 +41,8 @@ TEST(DataBindingParserTest, KeysWordsParamsLinesAndTexts) {
   EXPECT_EQ(DataBindingParser::ToString(b), "{BindingPath=N, Trigger=Changing, Mode=Once}");
   b->AsOneWay();
   bindings[3]->AsOneWay();  // TwoWay
-  EXPECT_TRUE(b->mode == DataBinding::MODE_ONCE && bindings[3]->mode == DataBinding::MODE_ONE_WAY);
+  EXPECT_EQ(b->mode, DataBinding::MODE_ONCE);
+  EXPECT_EQ(bindings[3]->mode, DataBinding::MODE_ONE_WAY);
   EXPECT_TRUE(DataBindingParser::FromString("{a}\r\n\r\n{b, Mode=OneWay}\n{}\r   \n", bindings));
   ASSERT_EQ(bindings.size(), 10u);  // appended; "{}" skipped, "   " long enough
   EXPECT_EQ(bindings[7]->path + bindings[8]->path + bindings[9]->path, "ab");
@@ -77,8 +78,10 @@ TEST(DataBindingTest, SetPropWConvertsValidatesThenWritesAndGetPropWConverts) {
     EXPECT_EQ(error, message ? message : "previous text") << path;
   }
   base::Value v;
-  EXPECT_TRUE(!binding("nothing", "x10")->GetPropW(&model, v) && log.Text().empty());  // unlogged
-  EXPECT_TRUE(binding("n", "x10")->GetPropW(&model, v) && v.I64() == 40);
+  EXPECT_FALSE(binding("nothing", "x10")->GetPropW(&model, v));
+  EXPECT_EQ(log.Text(), "");  // unlogged
+  EXPECT_TRUE(binding("n", "x10")->GetPropW(&model, v));
+  EXPECT_EQ(v.I64(), 40);
   EXPECT_FALSE(binding("$n + \"\"", "x10")->GetPropW(&model, v));  // text: the converter refuses
   EXPECT_TRUE(log.HasFailedCheck("GetPropW", "vm->Convert(this->converter, value, cvalue)"));
 }

@@ -103,8 +103,11 @@ TEST(EvalTest, HandlersAndResultsStoredAsValues) {
   EvalValue r;
   auto program = vm::EvalProgram::Compile("twice(sqrt(9)) + twice(1)");
   ASSERT_EQ(program->Run(nullptr, twice, &calls, r), 0);
-  EXPECT_TRUE(r.Number() == 8 && calls == 3 && program->Run(refuse, refuse, nullptr, r) == 42);
-  EXPECT_TRUE(vm::Eval("$x", refuse, nullptr, r) == 42 && r.Number() == 8);  // r untouched
+  EXPECT_EQ(r.Number(), 8.0);
+  EXPECT_EQ(calls, 3);
+  EXPECT_EQ(program->Run(refuse, refuse, nullptr, r), 42);
+  EXPECT_EQ(vm::Eval("$x", refuse, nullptr, r), 42);
+  EXPECT_EQ(r.Number(), 8.0);  // r untouched
 
   // A double only above its truncation (-2.5 gives the integer -2); the conversion saturates.
   const std::pair<EvalValue, base::Value> cases[] = {

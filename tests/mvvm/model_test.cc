@@ -43,7 +43,8 @@ TEST_F(ModelTest, StorageCodesTypeNamesAndTypedVariablesRoundTrip) {
   for (const auto& [type, size, in, text] : cases) {
     SCOPED_TRACE(type);
     ASSERT_TRUE(model->InstallProp(type, type, size ? next++ : static_cast<void*>(&z), size));
-    EXPECT_TRUE(model->SetPropW(type, in) && model->GetPropW(type, out));
+    EXPECT_TRUE(model->SetPropW(type, in));
+    EXPECT_TRUE(model->GetPropW(type, out));
     char buf[64];
     EXPECT_STREQ(out.ToStr(buf, sizeof(buf)), text);
   }
@@ -56,12 +57,20 @@ TEST_F(ModelTest, StorageCodesTypeNamesAndTypedVariablesRoundTrip) {
   unsigned long long big = 0;
   signed char small = 0;
   bool flag = false;
-  ASSERT_TRUE(model->InstallProp("text", &text) && model->InstallProp("big", &big) &&
-              model->InstallProp("small", &small) && model->InstallProp("flag", &flag));
-  EXPECT_TRUE(model->SetPropW("text", Value("hello")) && model->SetPropW("big", Value(-1)) &&
-              model->SetPropW("small", Value(-7)) && model->SetPropW("flag", Value(true)));
-  EXPECT_TRUE(big == ~0ULL && small == -7 && flag);
-  EXPECT_TRUE(model->GetPropW("text", out) && text == "hello" && text == out.Str());
+  ASSERT_TRUE(model->InstallProp("text", &text));
+  ASSERT_TRUE(model->InstallProp("big", &big));
+  ASSERT_TRUE(model->InstallProp("small", &small));
+  ASSERT_TRUE(model->InstallProp("flag", &flag));
+  EXPECT_TRUE(model->SetPropW("text", Value("hello")));
+  EXPECT_TRUE(model->SetPropW("big", Value(-1)));
+  EXPECT_TRUE(model->SetPropW("small", Value(-7)));
+  EXPECT_TRUE(model->SetPropW("flag", Value(true)));
+  EXPECT_EQ(big, ~0ULL);
+  EXPECT_EQ(small, -7);
+  EXPECT_TRUE(flag);
+  EXPECT_TRUE(model->GetPropW("text", out));
+  EXPECT_EQ(text, "hello");
+  EXPECT_EQ(text, out.Str());
 }
 
 // A listener writing during a delivery: later ones still read the change they were sent,
@@ -74,7 +83,8 @@ TEST_F(ModelTest, NestedChangesDoNotRewriteTheOuterDelivery) {
   };
   model->On("prop-changed", writer);
   model->On("prop-changed", &listener);
-  EXPECT_TRUE(model->SetPropW("p", Value(1)) && model->SetPropW("p", Value(2)));
+  EXPECT_TRUE(model->SetPropW("p", Value(1)));
+  EXPECT_TRUE(model->SetPropW("p", Value(2)));
   EXPECT_EQ(listener.events, (Texts{"prop-changed:kind=PropChange name=q old=0 value=5 ",
                                     "prop-changed:kind=PropChange name=p old=0 value=1 ",
                                     "prop-changed:kind=PropChange name=p old=1 value=2 "}));
@@ -91,11 +101,13 @@ TEST(ModelDeathTest, SizeMismatchAndUnsupportedTypesStopTheProgram) {
 }
 
 TEST_F(ModelTest, RealChangesAreAnnouncedUnlessBlocked) {
-  EXPECT_FALSE(model->EmitPropChange("p", 1, 2) || model->Off("prop-changed", &listener));
+  EXPECT_FALSE(model->EmitPropChange("p", 1, 2));
+  EXPECT_FALSE(model->Off("prop-changed", &listener));
   ASSERT_TRUE(model->On("prop-changed", &listener));
   EXPECT_TRUE(model->SetPropW("p", Value(7)));
-  EXPECT_TRUE(model->SetPropW("p", Value(7)));              // unchanged: silent
-  EXPECT_TRUE(model->SetPropW("p", Value("7")) && p == 7);  // another kind: a change
+  EXPECT_TRUE(model->SetPropW("p", Value(7)));    // unchanged: silent
+  EXPECT_TRUE(model->SetPropW("p", Value("7")));  // another kind: a change
+  EXPECT_EQ(p, 7);
   // PropsChange reuses the one event: old and value are stale.
   EXPECT_TRUE(model->EmitPropsChange());
   EXPECT_EQ(listener.events, (Texts{"prop-changed:kind=PropChange name=p old=0 value=7 ",
@@ -103,15 +115,22 @@ TEST_F(ModelTest, RealChangesAreAnnouncedUnlessBlocked) {
                                     "prop-changed:kind=PropsChange name= old=7 value=7 "}));
 
   // Blocked changes are written but dropped, not queued.
-  EXPECT_TRUE(model->BlockEvents() && model->BlockEvents());
-  EXPECT_TRUE(model->SetPropW("p", Value(1)) && p == 1);  // written, though nothing is emitted
-  EXPECT_TRUE(model->UnblockEvents() && !model->EmitPropsChange());     // still blocked once
-  EXPECT_TRUE(model->UnblockEvents() && listener.events.size() == 3u);  // nothing replayed
-  EXPECT_TRUE(model->EmitPropsChange() && listener.events.size() == 4u);
+  EXPECT_TRUE(model->BlockEvents());
+  EXPECT_TRUE(model->BlockEvents());
+  EXPECT_TRUE(model->SetPropW("p", Value(1)));  // written, though nothing is emitted
+  EXPECT_EQ(p, 1);
+  EXPECT_TRUE(model->UnblockEvents());
+  EXPECT_FALSE(model->EmitPropsChange());  // still blocked once
+  EXPECT_TRUE(model->UnblockEvents());
+  EXPECT_EQ(listener.events.size(), 3u);  // nothing replayed
+  EXPECT_TRUE(model->EmitPropsChange());
+  EXPECT_EQ(listener.events.size(), 4u);
 
-  EXPECT_TRUE(!model->UninstallProp("missing") && model->UninstallProp("p"));
+  EXPECT_FALSE(model->UninstallProp("missing"));
+  EXPECT_TRUE(model->UninstallProp("p"));
   Value v(5);
-  EXPECT_TRUE(!model->GetPropW("p", v) && v.I64() == 5);
+  EXPECT_FALSE(model->GetPropW("p", v));
+  EXPECT_EQ(v.I64(), 5);
 }
 
 TEST(AccessorModelTest, SetterOnlyProperty) {
@@ -124,7 +143,10 @@ TEST(AccessorModelTest, SetterOnlyProperty) {
     }
     int age = 30;
   } p;
-  EXPECT_TRUE(p.SetPropW("age", Value(31)) && !p.SetPropW("age", Value(-1)) && p.age == 31);
+  EXPECT_TRUE(p.SetPropW("age", Value(31)));
+  EXPECT_FALSE(p.SetPropW("age", Value(-1)));
+  EXPECT_EQ(p.age, 31);
   Value untouched(99);  // no getter: reads succeed without touching the value
-  EXPECT_TRUE(p.GetPropW("age", untouched) && untouched.I64() == 99);
+  EXPECT_TRUE(p.GetPropW("age", untouched));
+  EXPECT_EQ(untouched.I64(), 99);
 }

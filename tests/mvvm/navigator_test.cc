@@ -31,11 +31,14 @@ TEST(NavigatorTest, RequestsHandlersAndFailures) {
   std::string paths = "start";
   int value = 3;
   double real = 0.5;
-  EXPECT_TRUE(Navigator::PickFiles("Open", "Text (*.txt)", paths) &&
-              Navigator::InputInt("T", "L", value, 5, 5) &&  // equal bounds still sent
-              Navigator::InputFloat("T", "L", real, 0, 1) && Navigator::Toast("hi", 3000) &&
-              !Navigator::Confirm("Sure?", "Really", true, 4, 5));
-  EXPECT_TRUE(paths == "/a/x.txt?/a/y.txt" && value == 7 && real == 2.0);
+  EXPECT_TRUE(Navigator::PickFiles("Open", "Text (*.txt)", paths));
+  EXPECT_TRUE(Navigator::InputInt("T", "L", value, 5, 5));  // equal bounds still sent
+  EXPECT_TRUE(Navigator::InputFloat("T", "L", real, 0, 1));
+  EXPECT_TRUE(Navigator::Toast("hi", 3000));
+  EXPECT_FALSE(Navigator::Confirm("Sure?", "Really", true, 4, 5));
+  EXPECT_EQ(paths, "/a/x.txt?/a/y.txt");
+  EXPECT_EQ(value, 7);
+  EXPECT_EQ(real, 2.0);
   EXPECT_EQ(files.seen.back() + ints.seen.back() + toast.seen.back() + confirm.seen.back(),
             "pick_file default=start for_save=0 mime_types=Text (*.txt) pick_files=1 title=Open "
             "input_int default=3 label=L max=5 min=5 title=T toast content=hi timeout=3000 "
@@ -43,13 +46,16 @@ TEST(NavigatorTest, RequestsHandlersAndFailures) {
 
   auto* first = new FakeHandler("custom", 1);
   FakeHandler second("custom", 2);  // replaces the first
-  EXPECT_TRUE(Navigator::To("custom") && first->seen.empty() && second.seen.size() == 1);
+  EXPECT_TRUE(Navigator::To("custom"));
+  EXPECT_TRUE(first->seen.empty());
+  EXPECT_EQ(second.seen.size(), 1u);
   delete first;  // unregisters the target, not its own entry, though the second serves it
   EXPECT_FALSE(Navigator::HasHandler("custom"));
   FakeHandler refusing("input_text", {});
   std::string text = "kept";
   EXPECT_FALSE(Navigator::InputText("T", "L", text));
-  EXPECT_TRUE(text == "kept" && Navigator::UnRegisterHandler("never registered"));
+  EXPECT_EQ(text, "kept");
+  EXPECT_TRUE(Navigator::UnRegisterHandler("never registered"));
 
   // x and y read -1 unless both are present; an absent at_cursor_pos is left as it was.
   vm::NavigatorRequest request("info");

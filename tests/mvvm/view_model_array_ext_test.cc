@@ -72,7 +72,8 @@ TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogetherAndOnLaterAdds) {
   EXPECT_EQ(heard.events,
             (Strings{"filtered:", "current-changed:value=0 ", "sorted:", "filtered:"}));
   heard.events.clear();
-  EXPECT_TRUE(rows->Filter("none") && rows->GetCurrentViewModel() == nullptr);
+  EXPECT_TRUE(rows->Filter("none"));
+  EXPECT_EQ(rows->GetCurrentViewModel(), nullptr);
   EXPECT_EQ(heard.events, Strings{"filtered:"});  // cleared without "current-changed"
 
   rows->Filter("");
@@ -93,7 +94,8 @@ TEST_F(ViewModelArrayExtTest, SortsAndFiltersTogetherAndOnLaterAdds) {
   EXPECT_EQ(Names(rows->GetItems()), "dx cx ax fx ");
   EXPECT_TRUE(rows->Filter(""));
   EXPECT_EQ(Names(rows->GetItems()), "dx cx ax b fx ");
-  EXPECT_TRUE(rows->Reset() && destroyed == 8);
+  EXPECT_TRUE(rows->Reset());
+  EXPECT_EQ(destroyed, 8);
   EXPECT_EQ(rows->GetSortRule() + rows->GetFilterRule(), "1:x");  // rules kept
 }
 
@@ -110,12 +112,16 @@ TEST_F(ViewModelArrayExtTest, HiddenChildrenAreHeldOnceAndHandedBackOnRemove) {
   EXPECT_FALSE(rows->Add(a));
   EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent",
                                  "parent == NULL || !Contains(this->all_items, item)"));
-  EXPECT_TRUE(!rows->Add(rows->Get(0)) && heard.events.empty());  // shown: refused silently
+  EXPECT_FALSE(rows->Add(rows->Get(0)));  // shown: refused silently
+  EXPECT_TRUE(heard.events.empty());
 
   EXPECT_TRUE(rows->Remove(a));  // hidden: dropped unreleased, parent kept
-  EXPECT_TRUE(a->GetParent() == rows && rows->GetCurrentViewModel() == nullptr);
+  EXPECT_EQ(a->GetParent(), rows);
+  EXPECT_EQ(rows->GetCurrentViewModel(), nullptr);
   a->Release();  // the caller may now free it
-  EXPECT_TRUE(rows->Remove(rows->Get(1)) && rows->Remove(0) && destroyed == 3);
+  EXPECT_TRUE(rows->Remove(rows->Get(1)));
+  EXPECT_TRUE(rows->Remove(0));
+  EXPECT_EQ(destroyed, 3);
 }
 
 // Sort reads each key once when Compare is the library's own (a plain list, or a

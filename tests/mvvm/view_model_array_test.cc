@@ -42,7 +42,9 @@ TEST_F(ViewModelArrayTest, AddsAnnounceTheirPositionBecomeCurrentAndAreHeldOnce)
     if (e->GetType() == "item-add")
       added = {e->GetParam("item").Pointer(), e->GetParam("parent").Pointer()};
   };
-  EXPECT_TRUE(nested->Add(a, -5) && nested->Add(b, 99) && nested->Add(c, 0));
+  EXPECT_TRUE(nested->Add(a, -5));
+  EXPECT_TRUE(nested->Add(b, 99));
+  EXPECT_TRUE(nested->Add(c, 0));
   EXPECT_EQ(added, (std::vector<void*>{c, nested}));
   Texts expected;  // each add announced at its index (clamped), which becomes current
   for (const std::string i : {"0", "1", "0"}) {
@@ -58,16 +60,19 @@ TEST_F(ViewModelArrayTest, AddsAnnounceTheirPositionBecomeCurrentAndAreHeldOnce)
   on_root.events.clear();
   ovui_test::LogCapture log;
   size_t from = 0;
-  EXPECT_FALSE(root->Add(c) || nested->Add(c, 0));
+  EXPECT_FALSE(root->Add(c));
+  EXPECT_FALSE(nested->Add(c, 0));
   EXPECT_TRUE(log.HasFailedCheck("Add", "parent == NULL || parent == this", &from));
   EXPECT_TRUE(log.HasFailedCheck("AddWithoutSetCurrent", "Add(GetItems(), item, index)", &from));
   EXPECT_TRUE(log.HasFailedCheck("Add", "parent == NULL || !Contains(items, item)", &from));
   EXPECT_TRUE(on_root.events.empty());
 
   base::Value size;
-  EXPECT_TRUE(nested->SetPropW("_current_", 1) && nested->AddWithoutSetCurrent(New(), 0, true));
+  EXPECT_TRUE(nested->SetPropW("_current_", 1));
+  EXPECT_TRUE(nested->AddWithoutSetCurrent(New(), 0, true));
   EXPECT_EQ(nested->GetCurrent(), 1u);  // kept as an index
-  EXPECT_TRUE(nested->GetPropW("_size_", size) && size.I64() == 4);
+  EXPECT_TRUE(nested->GetPropW("_size_", size));
+  EXPECT_EQ(size.I64(), 4);
   EXPECT_FALSE(nested->SetPropW("_size_", base::Value(9)));
 }
 
@@ -78,11 +83,13 @@ TEST_F(ViewModelArrayTest, RemovesKeepOrMoveTheCurrentPosition) {
     nested->Add(New());
   nested->SetCurrent(1);
   on_nest.events.clear();
-  EXPECT_TRUE(nested->Remove(3u) && destroyed == 1);  // current is 1: kept, re-announced
+  EXPECT_TRUE(nested->Remove(3u));  // current is 1: kept, re-announced
+  EXPECT_EQ(destroyed, 1);
   EXPECT_EQ(on_nest.events,
             (Texts{"before-item-remove:end=3 item= parent= start=3 ",
                    "item-remove:end=3 item= parent= start=3 ", "current-changed:value=1 "}));
-  EXPECT_TRUE(nested->Remove(0) && nested->Remove(1));  // then the current last child
+  EXPECT_TRUE(nested->Remove(0));
+  EXPECT_TRUE(nested->Remove(1));  // then the current last child
   EXPECT_EQ(nested->GetCurrent(), 0u);
   vm::ViewModel* other = New();
   root->Add(other);
@@ -94,8 +101,10 @@ TEST_F(ViewModelArrayTest, RemovesKeepOrMoveTheCurrentPosition) {
   on_root.events.clear();
   nested->AddRef();
   root->Remove(nested);
-  EXPECT_TRUE(root->GetCurrentViewModel() == nullptr && on_root.events.size() == 2u);  // removal
-  EXPECT_TRUE(nested->GetCurrentViewModel() == nullptr && nested->GetModel() == nullptr);
+  EXPECT_EQ(root->GetCurrentViewModel(), nullptr);
+  EXPECT_EQ(on_root.events.size(), 2u);  // removal
+  EXPECT_EQ(nested->GetCurrentViewModel(), nullptr);
+  EXPECT_EQ(nested->GetModel(), nullptr);
   nested->Release();
 }
 
@@ -113,7 +122,9 @@ TEST_F(ViewModelArrayTest, BatchesAndResets) {
             (Texts{"rebind:kind=PropsChange name= value= ", "current-changed:value=3 "}));
 
   on_nest.events.clear();
-  EXPECT_TRUE(nested->Reset() && destroyed == 3 && !nested->GetCurrentViewModel());
+  EXPECT_TRUE(nested->Reset());
+  EXPECT_EQ(destroyed, 3);
+  EXPECT_EQ(nested->GetCurrentViewModel(), nullptr);
   EXPECT_EQ(survivor->GetParent(), nested);  // not cleared by Reset
   EXPECT_EQ(on_nest.events, (Texts{"before-remove-all:parent= ", "remove-all:parent= "}));
   survivor->Release();

@@ -24,7 +24,8 @@ TEST(ViewModelItemTest, IndexAndWritesAnnouncedOnTheRoot) {
   rows->Add(second);
   root->On("prop-changed", &heard);
   Value v;
-  EXPECT_TRUE(second->GetPropW("_index_", v) && second->SetPropW("x", Value(5)));
+  EXPECT_TRUE(second->GetPropW("_index_", v));
+  EXPECT_TRUE(second->SetPropW("x", Value(5)));
   EXPECT_EQ(v.I64(), 1);
   EXPECT_FALSE(second->SetPropW("missing", Value(1)));  // refused: not announced
   EXPECT_EQ(heard.events, Strings{"prop-changed:kind=PropChange name=x old=5 value=5 "});

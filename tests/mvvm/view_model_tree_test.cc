@@ -63,16 +63,20 @@ TEST_F(TreeTest, RootLendsTheSelectedNodeAndAnnouncesEveryWrite) {
   EXPECT_TRUE(pear->SetPropW("name", base::Value("pea")));
   EXPECT_EQ(heard.events.back(), "prop-changed:kind=PropChange name=name old=pea value=pea ");
   base::Value v;
-  EXPECT_TRUE(root->SetPropW("name", base::Value("kebap")) && root->GetPropW("name", v));
+  EXPECT_TRUE(root->SetPropW("name", base::Value("kebap")));
+  EXPECT_TRUE(root->GetPropW("name", v));
   EXPECT_STREQ(v.Str(), "kebap");  // "kebab", selected last, lends its property
 
   auto* list = new vm::ViewModelArray();
   list->Add(root);                     // a tree under a plain list is its own root
   EXPECT_TRUE(root->HasProp("name"));  // the list selected the tree: nothing lent
   Node* pip = Child(pear, "pip");      // selected in the list too
-  EXPECT_TRUE(root->IsTreeRoot() && !pear->IsTreeRoot() && pip->GetRoot() == root);
+  EXPECT_TRUE(root->IsTreeRoot());
+  EXPECT_FALSE(pear->IsTreeRoot());
+  EXPECT_EQ(pip->GetRoot(), root);
   // Lends nothing for reading, but writes through.
-  EXPECT_TRUE(root->GetPropW("name", v) && root->SetPropW("name", base::Value("x")));
+  EXPECT_TRUE(root->GetPropW("name", v));
+  EXPECT_TRUE(root->SetPropW("name", base::Value("x")));
   EXPECT_EQ(v.Str() + pip->name, "rootx");
   list->Release();
   root = nullptr;
@@ -95,8 +99,9 @@ TEST_F(TreeTest, FiltersIncrementallyAndAddsShowWhatPasses) {
     EXPECT_EQ(heard.events, (Strings{"before-filtered:", "filtered:"})) << rule;
   }
   heard.events.clear();
-  EXPECT_TRUE(root->Filter("b") && heard.events.empty());  // the rule in force: nothing happens
-  Child(root, "pig");                                      // fails: added silently
+  EXPECT_TRUE(root->Filter("b"));
+  EXPECT_TRUE(heard.events.empty());  // the rule in force: nothing happens
+  Child(root, "pig");                 // fails: added silently
   root->Add(Child(Child(nullptr, "crate"), "abbey")->GetParent(), 0);  // shown for "abbey"
   EXPECT_EQ(heard.events.size(), 1u);
 
@@ -118,7 +123,9 @@ TEST_F(TreeTest, RemovesUnderAFilterHideWhatNoLongerHasAPassingDescendant) {
   ASSERT_EQ(root->GetCurrentViewModel(), jam);
   heard.events.clear();
   EXPECT_TRUE(root->Remove(jam));  // hidden: no release, no event
-  EXPECT_TRUE(root->GetCurrentViewModel() == nullptr && jam->GetParent() == root && !destroyed);
+  EXPECT_EQ(root->GetCurrentViewModel(), nullptr);
+  EXPECT_EQ(jam->GetParent(), root);
+  EXPECT_FALSE(destroyed);
   jam->Release();
   base::Value v;
   EXPECT_FALSE(root->GetPropW("missing", v));  // reads no freed node

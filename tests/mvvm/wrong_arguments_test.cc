@@ -138,9 +138,13 @@ TEST(WrongArgumentsTest, RefusedAndLogged) {
 
   // Ordinary questions and no-ops, not errors: nothing is logged.
   log.Clear();
-  EXPECT_FALSE(view_model.GetPropW("nope", v) || bare.GetPropW("nope", v));
-  EXPECT_TRUE(array.IndexOf(nullptr) == -1 && array.Remove(none));
-  EXPECT_FALSE(array.Remove(7u) || other.Get(0) || model.Emit(nullptr));
+  EXPECT_FALSE(view_model.GetPropW("nope", v));
+  EXPECT_FALSE(bare.GetPropW("nope", v));
+  EXPECT_EQ(array.IndexOf(nullptr), -1);
+  EXPECT_TRUE(array.Remove(none));
+  EXPECT_FALSE(array.Remove(7u));
+  EXPECT_EQ(other.Get(0), nullptr);
+  EXPECT_FALSE(model.Emit(nullptr));
   EXPECT_EQ(log.Text(), "");
 }
 
@@ -163,7 +167,9 @@ TEST(DestructionOrderTest, ModelSharedByTwoViewModels) {
     leaving->Release();
     EXPECT_EQ(model_gone, 0);
     Value v;
-    EXPECT_TRUE(staying->SetPropW("a", Value(6)) && staying->GetPropW("a", v) && v.I64() == 6);
+    EXPECT_TRUE(staying->SetPropW("a", Value(6)));
+    EXPECT_TRUE(staying->GetPropW("a", v));
+    EXPECT_EQ(v.I64(), 6);
     EXPECT_EQ(heard.events.size(), 2u);  // registered on the model itself
     if (first_goes_first) {
       EXPECT_TRUE(shared->Off("prop-changed", &heard));

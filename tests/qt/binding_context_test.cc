@@ -180,7 +180,8 @@ TEST_F(BindingContextTest, CommandsRunFollowTheirStateAndCloseTheWindow) {
     button->click();
   form->save->enabled = false;
   ctx->UpdateView(false);
-  EXPECT_FALSE(save->isEnabled() || action->isEnabled());
+  EXPECT_FALSE(save->isEnabled());
+  EXPECT_FALSE(action->isEnabled());
   action->trigger();  // from code: still refused
   EXPECT_EQ(form->save->runs.size(), 2u);
   form->save->enabled = true;
@@ -210,7 +211,8 @@ TEST_F(BindingContextTest, SubViewModelsVisibilityEnablementCombosAndStatusBars)
   own->setProperty("binding.enable", "{Binding Path=flag}");
   form->choice = "a\nHello\nc";
   ASSERT_TRUE(Bind());
-  EXPECT_TRUE(by_text->count() == 3 && by_text->currentText() == "Hello");
+  EXPECT_EQ(by_text->count(), 3);
+  EXPECT_EQ(by_text->currentText(), "Hello");
   EXPECT_EQ(by_index->currentIndex(), 3);
   by_index->setCurrentIndex(1);
   EXPECT_EQ(form->count, 1);
@@ -218,12 +220,14 @@ TEST_F(BindingContextTest, SubViewModelsVisibilityEnablementCombosAndStatusBars)
   ASSERT_EQ(fields.size(), 2);  // "{x}" is too short to be a field
   EXPECT_EQ(fields[0]->text(), "Hello");
   EXPECT_TRUE(QTest::qWaitFor([&] { return fields[1]->text() == "1"; }));
-  EXPECT_TRUE(own->text().isEmpty() && own->isEnabled());  // no value binding, but enablement
+  EXPECT_TRUE(own->text().isEmpty());  // no value binding, but enablement
+  EXPECT_TRUE(own->isEnabled());
   // An unknown name binds against the enclosing view model.
   EXPECT_EQ(QStringList({titles[0]->text(), titles[1]->text(), titles[2]->text()}),
             QStringList({"Detail", "Detail", "Hello"}));
   EXPECT_EQ(detail->init_windows, 1);
-  EXPECT_TRUE(group->isEnabled() && shown->isVisible());
+  EXPECT_TRUE(group->isEnabled());
+  EXPECT_TRUE(shown->isVisible());
   flagged->click();
   EXPECT_FALSE(form->flag);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !group->isEnabled(); }));
@@ -244,11 +248,13 @@ TEST_F(BindingContextTest, WindowRequestsRefusalsAndTheRootContextMenu) {
   EXPECT_EQ(vm::BindingContext::FindWidget("", window.get()), window.get());
   int x = 0, y = 0, w = 0, h = 0;
   EXPECT_TRUE(form->SetWindowPos("", -1, 0, 320, 240));  // x = -1: resizes only
-  EXPECT_TRUE(form->WindowPos("", x, y, w, h) && QSize(w, h) == window->size());
+  EXPECT_TRUE(form->WindowPos("", x, y, w, h));
+  EXPECT_EQ(QSize(w, h), window->size());
   EXPECT_EQ(window->size(), QSize(320, 240));
   std::string sheet;
   EXPECT_TRUE(form->SetStyleSheet("named", "color: blue"));
-  EXPECT_TRUE(form->GetStyleSheet("named", sheet) && sheet == "color: blue");
+  EXPECT_TRUE(form->GetStyleSheet("named", sheet));
+  EXPECT_EQ(sheet, "color: blue");
   EXPECT_EQ(named->styleSheet(), "color: blue");
   EXPECT_TRUE(form->SetStyleSheet("nobody", "x"));  // delivered, then refused there
   EXPECT_TRUE(log.HasFailedCheck("OnWindowRequest", "widget!=NULL"));

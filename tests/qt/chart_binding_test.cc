@@ -86,8 +86,10 @@ TEST_F(ChartTest, SeriesAreUpdatedInPlaceByIdentifier) {
   share.values[1].value = 5;
   board->data.RemoveSeries(last.id);
   ASSERT_TRUE(Publish([&] { return keys->categories() == QStringList{"South", "East"}; }));
-  EXPECT_TRUE(Shown(now) == set && set->at(1) == 9);
-  EXPECT_TRUE(pie->slices().at(1) == slice && slice->value() == 5);
+  EXPECT_EQ(Shown(now), set);
+  EXPECT_EQ(set->at(1), 9);
+  EXPECT_EQ(pie->slices().at(1), slice);
+  EXPECT_EQ(slice->value(), 5);
 
   board->data.Clear();
   ChartSeriesData& line = board->data.AddSeries("Revenue", ChartSeriesData::LINE);

@@ -66,17 +66,22 @@ TEST_F(CheckComboBoxTest, FlipsOnTheIconColumnAndSelectsOnTheText) {
   EXPECT_TRUE(Shows(box, 2, true));  // the view model refused
   box->setCurrentIndex(1);
   Click(-1, true);
-  EXPECT_TRUE(filters.invoices && Shows(box, 1, true) && !box->view()->isVisible());
+  EXPECT_TRUE(filters.invoices);
+  EXPECT_TRUE(Shows(box, 1, true));
+  EXPECT_FALSE(box->view()->isVisible());
 
   box->showPopup();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(box->view()->window()));
   Click(1, true);
   Click(0, true);
   EXPECT_TRUE(box->view()->isVisible());
-  EXPECT_TRUE(!filters.invoices && !filters.orders && Shows(box, 0, false));
+  EXPECT_FALSE(filters.invoices);
+  EXPECT_FALSE(filters.orders);
+  EXPECT_TRUE(Shows(box, 0, false));
   Click(0, false);
   EXPECT_TRUE(QTest::qWaitFor([this] { return !box->view()->isVisible(); }, 1000));
-  EXPECT_TRUE(box->currentIndex() == 0 && !filters.orders);  // selected, not flipped
+  EXPECT_EQ(box->currentIndex(), 0);  // selected, not flipped
+  EXPECT_FALSE(filters.orders);
   Click(-1, false);
   EXPECT_TRUE(box->view()->isVisible());
 }
@@ -85,15 +90,19 @@ TEST_F(CheckComboBoxTest, OptionsRebuildTheItemsOfADesignerForm) {
   window = ovui_test::LoadUi<CCheckComboBox>("check_combobox_form.ui", "CCheckComboBox");
   box = window->findChild<CCheckComboBox*>("kinds_box");
   auto* check = window->findChild<QCheckBox*>("orders_check");
-  ASSERT_TRUE(box && check);
+  ASSERT_TRUE(box);
+  ASSERT_TRUE(check);
   filters.kinds = "orders\n\ninvoices\n";
   Bind();
-  EXPECT_TRUE(box->count() == 2 && box->itemText(1) == "invoices");
+  EXPECT_EQ(box->count(), 2);
+  EXPECT_EQ(box->itemText(1), "invoices");
   QSignalSpy index_changes(box, SIGNAL(currentIndexChanged(int)));
   filters.SetPropW("kinds", "invoices\norders");
-  EXPECT_TRUE(box->itemText(0) == "invoices" && index_changes.count() == 0);
+  EXPECT_EQ(box->itemText(0), "invoices");
+  EXPECT_EQ(index_changes.count(), 0);
   Click(-1, true);
-  EXPECT_TRUE(filters.invoices && Shows(box, 0, true));
+  EXPECT_TRUE(filters.invoices);
+  EXPECT_TRUE(Shows(box, 0, true));
   // The box and an ordinary check box bound to the same property agree.
   box->setCurrentIndex(1);
   Click(-1, true);

@@ -35,10 +35,14 @@ TEST(DataBindingItemTest, ValuesRoundTripThroughWidgetsAndOnlyChangesAreWritten)
   for (const auto& [widget, prop, written, read] : cases) {
     vm::DataBindingItemQt it(widget, nullptr, nullptr, prop, false);
     Value back;
-    EXPECT_TRUE(it.SetWidgetProp(written) && it.GetWidgetProp(back) && back.Cmp(read) == 0) << prop;
+    EXPECT_TRUE(it.SetWidgetProp(written)) << prop;
+    EXPECT_TRUE(it.GetWidgetProp(back)) << prop;
+    EXPECT_EQ(back.Cmp(read), 0) << prop;
   }
-  EXPECT_TRUE(line.text() == QString::fromUtf8(u8"Gr\u00FC\u00DFe") && dspin.value() == 0.1);
-  EXPECT_TRUE(date.date() == day && time.time() == QDateTime::fromSecsSinceEpoch(noon).time());
+  EXPECT_EQ(line.text(), QString::fromUtf8(u8"Gr\u00FC\u00DFe"));
+  EXPECT_EQ(dspin.value(), 0.1);
+  EXPECT_TRUE(date.date() == day);
+  EXPECT_TRUE(time.time() == QDateTime::fromSecsSinceEpoch(noon).time());
 
   // Instants beyond what milliseconds hold have nothing to show: refused, the widget untouched.
   QDateTimeEdit stamp;
@@ -54,14 +58,16 @@ TEST(DataBindingItemTest, ValuesRoundTripThroughWidgetsAndOnlyChangesAreWritten)
   vm::DataBindingItemQt text(edit, nullptr, nullptr, "plainText", false);
   vm::DataBindingItemQt visible(edit, nullptr, nullptr, "visible", false);
   QSignalSpy changed(edit, SIGNAL(textChanged()));
-  EXPECT_TRUE(text.SetWidgetProp(Value("a")) && text.SetWidgetProp(Value("a")));
+  EXPECT_TRUE(text.SetWidgetProp(Value("a")));
+  EXPECT_TRUE(text.SetWidgetProp(Value("a")));
   EXPECT_EQ(changed.count(), 1);                    // a second write would reset the caret and undo
   EXPECT_TRUE(visible.SetWidgetProp(Value(true)));  // in a hidden window: no explicit show
   EXPECT_FALSE(edit->testAttribute(Qt::WA_WState_ExplicitShowHide));
   EXPECT_TRUE(visible.SetWidgetProp(Value(false)));
   window.show();
   EXPECT_FALSE(edit->isVisible());
-  EXPECT_TRUE(visible.SetWidgetProp(Value(1)) && edit->isVisible());
+  EXPECT_TRUE(visible.SetWidgetProp(Value(1)));
+  EXPECT_TRUE(edit->isVisible());
 
   window.activateWindow();
   edit->setFocus();
@@ -69,16 +75,20 @@ TEST(DataBindingItemTest, ValuesRoundTripThroughWidgetsAndOnlyChangesAreWritten)
   edit->setPlainText("hello world");  // caret at the start; echoes move it as typing did
   const std::pair<const char*, int> echoes[] = {
       {"hello, world", 1}, {"hello, world", 1}, {"hello", 5}, {"hi", 2}};
-  for (const auto& [echo, caret] : echoes)
-    EXPECT_TRUE(text.SetWidgetProp(Value(echo)) && edit->textCursor().position() == caret) << echo;
+  for (const auto& [echo, caret] : echoes) {
+    EXPECT_TRUE(text.SetWidgetProp(Value(echo))) << echo;
+    EXPECT_EQ(edit->textCursor().position(), caret) << echo;
+  }
 }
 
 TEST(DataBindingItemComboBoxTest, OptionsRefillSilentlyAndSelectionGoesByDataThenText) {
   QComboBox combo;
   QSignalSpy index_changed(&combo, SIGNAL(currentIndexChanged(int)));
   vm::DataBindingItemComboBox options(&combo, nullptr, nullptr, "options", false);
-  EXPECT_TRUE(options.SetWidgetProp(Value("x\n\ny\n")) && combo.count() == 3);  // x, blank, y
-  EXPECT_TRUE(options.SetWidgetProp(Value("Red\nBlue\nGreen")) && index_changed.isEmpty());
+  EXPECT_TRUE(options.SetWidgetProp(Value("x\n\ny\n")));
+  EXPECT_EQ(combo.count(), 3);  // x, blank, y
+  EXPECT_TRUE(options.SetWidgetProp(Value("Red\nBlue\nGreen")));
+  EXPECT_TRUE(index_changed.isEmpty());
 
   combo.setItemData(0, "Blue");
   combo.setItemData(2, "g");
@@ -87,7 +97,8 @@ TEST(DataBindingItemComboBoxTest, OptionsRefillSilentlyAndSelectionGoesByDataThe
   const std::tuple<const char*, int, const char*> steps[] = {
       {"g", 2, "Green"}, {"Blue", 0, "Red"}, {"Green", 2, "Green"}, {"Purple", 2, "Purple"}};
   for (const auto& [value, index, announced] : steps) {
-    EXPECT_TRUE(item.SetWidgetProp(Value(value)) && combo.currentIndex() == index) << value;
+    EXPECT_TRUE(item.SetWidgetProp(Value(value))) << value;
+    EXPECT_EQ(combo.currentIndex(), index) << value;
     ASSERT_EQ(text_changed.count(), 1) << value;
     EXPECT_EQ(text_changed.takeFirst().at(0).toString(), announced);
   }

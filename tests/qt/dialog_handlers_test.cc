@@ -55,7 +55,8 @@ TEST(DialogHandlersTest, MessageBoxesShowTheirIconInPlaceAndAnswerYesOnly) {
   }
   QString shown;  // a toast is left open: only its own timer can close it
   OnNextDialog<Box>([&](Box* box) { shown = box->text(); });
-  EXPECT_TRUE(Navigator::Toast("Copied", 30) && shown == "Copied");
+  EXPECT_TRUE(Navigator::Toast("Copied", 30));
+  EXPECT_EQ(shown, "Copied");
 }
 
 TEST(DialogHandlersTest, InputTextFloatAndColour) {
@@ -66,7 +67,8 @@ TEST(DialogHandlersTest, InputTextFloatAndColour) {
     d->setTextValue(QString::fromUtf8("gr\xC3\xBC\xC3\x9F"));  // UTF-8 out
     d->accept();
   });
-  EXPECT_TRUE(Navigator::InputText("Caf\xE9", "Your name", text) && text == "gr\xC3\xBC\xC3\x9F");
+  EXPECT_TRUE(Navigator::InputText("Caf\xE9", "Your name", text));
+  EXPECT_EQ(text, "gr\xC3\xBC\xC3\x9F");
 
   double value = 0.5;
   OnNextDialog<QInputDialog>([](QInputDialog* d) {
@@ -74,7 +76,8 @@ TEST(DialogHandlersTest, InputTextFloatAndColour) {
     d->setDoubleValue(-2.7);  // only the whole part comes back
     d->accept();
   });
-  EXPECT_TRUE(Navigator::InputFloat("Ratio", "Ratio", value, 0, 0) && value == -2.0);
+  EXPECT_TRUE(Navigator::InputFloat("Ratio", "Ratio", value, 0, 0));
+  EXPECT_EQ(value, -2.0);
 
   std::string color = "#ff0000";
   OnNextDialog<QColorDialog>([](QColorDialog* d) {
@@ -82,9 +85,11 @@ TEST(DialogHandlersTest, InputTextFloatAndColour) {
     d->setCurrentColor(QColor(0x12, 0x34, 0x56));
     d->accept();
   });
-  EXPECT_TRUE(Navigator::PickColor("Colour", color) && color == "#123456");
+  EXPECT_TRUE(Navigator::PickColor("Colour", color));
+  EXPECT_EQ(color, "#123456");
   OnNextDialog<QColorDialog>([](QColorDialog* d) { d->reject(); });
-  EXPECT_TRUE(!Navigator::PickColor("Colour", color) && color == "#123456");
+  EXPECT_FALSE(Navigator::PickColor("Colour", color));
+  EXPECT_EQ(color, "#123456");
 }
 
 // A request may carry any numbers: min == max is no range, and ranges and
@@ -125,17 +130,19 @@ TEST(DialogHandlersTest, PickFilesAndDirectoriesFromTheRememberedOne) {
     EXPECT_EQ(d->nameFilters(), QStringList{"Text (*.txt)"});
     Choose(d, "y.txt");
   });
-  EXPECT_TRUE(Navigator::PickFile("Open", "Text (*.txt)", path, false) &&
-              path == dir.File("y.txt"));
+  EXPECT_TRUE(Navigator::PickFile("Open", "Text (*.txt)", path, false));
+  EXPECT_EQ(path, dir.File("y.txt"));
   QFileDialog().setDirectory(QDir::tempPath());    // moves the directory Qt itself remembers
   OnNextDialog<QFileDialog>([&](QFileDialog* d) {  // no default: where the last one ended
     EXPECT_EQ(d->directory().absolutePath(), QString::fromStdString(dir.Path()));
     Choose(d, "\"x.txt\" \"y.txt\"");
   });
-  EXPECT_TRUE(Navigator::PickFiles("Open", "", paths) &&
-              paths == dir.File("x.txt") + "?" + dir.File("y.txt"));
+  EXPECT_TRUE(Navigator::PickFiles("Open", "", paths));
+  EXPECT_EQ(paths, dir.File("x.txt") + "?" + dir.File("y.txt"));
   OnNextDialog<QFileDialog>([](QFileDialog* d) { Choose(d, "new.txt"); });  // a new name
-  EXPECT_TRUE(Navigator::PickFile("Save", "", saved, true) && saved == dir.File("new.txt"));
+  EXPECT_TRUE(Navigator::PickFile("Save", "", saved, true));
+  EXPECT_EQ(saved, dir.File("new.txt"));
   OnNextDialog<QFileDialog>([](QFileDialog* d) { Choose(d, ""); });  // the start directory
-  EXPECT_TRUE(Navigator::PickDir("Folder", chosen) && chosen == dir.Path());
+  EXPECT_TRUE(Navigator::PickDir("Folder", chosen));
+  EXPECT_EQ(chosen, dir.Path());
 }

@@ -91,15 +91,18 @@ TEST_F(MenuContainerTest, PagesFollowTheSelectionAndItemsActOnClicks) {
   AccountHandler account;
   settings.selected = 5;
   Bind();
-  EXPECT_TRUE(container->page() == 1 && container->currentButton() == nullptr);
+  EXPECT_EQ(container->page(), 1);
+  EXPECT_EQ(container->currentButton(), nullptr);
   EXPECT_TRUE(QTest::qWaitFor([&] { return container->currentButton() == Button(0); }, 1000));
   settings.SetPropW("mcix_selected", base::Value(1));
   EXPECT_EQ(container->page(), 0);
-  EXPECT_TRUE(settings.reset->runs.empty() && settings.theme == 0);  // chosen, not clicked
+  EXPECT_TRUE(settings.reset->runs.empty());  // chosen, not clicked
+  EXPECT_EQ(settings.theme, 0);
   EXPECT_EQ(Texts(), (Strings{"Sound", "Theme", "Quality", "Colour", "Account", "More (1/2)"}));
   EXPECT_EQ(Button(1)->geometry(), QRect(0, 42, 260, 40));
   Click(0);
-  EXPECT_TRUE(settings.sound && settings.selected == 0);
+  EXPECT_TRUE(settings.sound);
+  EXPECT_EQ(settings.selected, 0);
   Click(1);
   Click(1);
   EXPECT_EQ(settings.theme, 2);
@@ -123,12 +126,14 @@ TEST_F(MenuContainerTest, PagesFollowTheSelectionAndItemsActOnClicks) {
   ASSERT_NE(dialog, nullptr);
   QTest::mouseClick(dialog->optionButton(3), Qt::LeftButton);
   EXPECT_FALSE(dialog && dialog->isVisible());
-  EXPECT_TRUE(settings.quality == 3 && Button(2)->valueText() == "Ultra");
+  EXPECT_EQ(settings.quality, 3);
+  EXPECT_EQ(Button(2)->valueText(), "Ultra");
   dialog = Open(3);
   QTest::mouseClick(dialog->optionButton(2), Qt::LeftButton);
   dialog = Open(3);
   QTest::mouseClick(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(290, 290));
-  EXPECT_TRUE((!dialog || !dialog->isVisible()) && settings.colour == 2);
+  EXPECT_TRUE(!dialog || !dialog->isVisible());
+  EXPECT_EQ(settings.colour, 2);
 
   // One item a page without the attribute; never more a page than there are buttons.
   settings.menu->attributes.erase("number_per_page");

@@ -69,7 +69,8 @@ struct TableTest : testing::Test {
     ASSERT_TRUE(vm::BindingContext::CreateAndBind(form, root));
     model = qobject_cast<TableModelOverViewModel*>(view->model());
     hmodel = qobject_cast<HighTableModelOverViewModel*>(hview->model());
-    ASSERT_TRUE(model && hmodel);
+    ASSERT_TRUE(model);
+    ASSERT_TRUE(hmodel);
     new QAbstractItemModelTester(model, QAbstractItemModelTester::FailureReportingMode::Fatal,
                                  model);
     new QAbstractItemModelTester(hmodel, QAbstractItemModelTester::FailureReportingMode::Fatal,
@@ -100,7 +101,8 @@ TEST_F(TableTest, ColumnsComeFromTheRulesAndRowsFollowTheList) {
   EXPECT_EQ(model->headerData(1, Qt::Horizontal).toString(), "Qty");
   EXPECT_EQ(view->horizontalHeader()->sectionSize(0), 140);
   // A check column shows its box only, and toggles instead of editing.
-  EXPECT_TRUE(!At(1, 2).data().isValid() && At(1, 2).data(Qt::CheckStateRole) == Qt::Checked);
+  EXPECT_FALSE(At(1, 2).data().isValid());
+  EXPECT_TRUE(At(1, 2).data(Qt::CheckStateRole) == Qt::Checked);
   EXPECT_FALSE(model->setData(At(0, 2), true, Qt::EditRole));
   // Records are columns and fields are rows.
   EXPECT_EQ(hmodel->headerData(1, Qt::Vertical).toString(), "Quantity");
@@ -153,8 +155,8 @@ TEST_F(TableTest, SortsFromCodeAndHeaderMovePersistentIndexes) {
 
   QHeaderView* header = view->horizontalHeader();
   ovui_test::ClickSection(header, 0);
-  EXPECT_TRUE(rows->GetSortRule() == "0:name" &&
-              header->sortIndicatorOrder() == Qt::DescendingOrder);
+  EXPECT_EQ(rows->GetSortRule(), "0:name");
+  EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
   EXPECT_EQ(pear.row(), 1);
   ovui_test::ClickSection(header, 1);
   EXPECT_EQ(Texts(model, 1), "1,3,4,4,5");
@@ -168,9 +170,12 @@ TEST_F(TableTest, EditsChecksAndTheCurrentRowGoBothWays) {
   // Refused: nothing is written; the cell shows its old value, marked until a later write.
   const QModelIndex qty = At(1, 1);
   ovui_test::ExpectRefusedEdit(view, qty, "500", "must be between 0 and 100");
-  EXPECT_TRUE(rows->At(1)->qty == 5 && qty.data() == 5 && qty.data(Qt::ToolTipRole).isValid());
+  EXPECT_EQ(rows->At(1)->qty, 5);
+  EXPECT_TRUE(qty.data() == 5);
+  EXPECT_TRUE(qty.data(Qt::ToolTipRole).isValid());
   ASSERT_TRUE(ovui_test::TypeInto(view, qty, "50"));
-  EXPECT_TRUE(rows->At(1)->qty == 50 && !qty.data(Qt::ToolTipRole).isValid());
+  EXPECT_EQ(rows->At(1)->qty, 50);
+  EXPECT_FALSE(qty.data(Qt::ToolTipRole).isValid());
 
   view->setCurrentIndex(At(1, 2));
   QTest::keyClick(view, Qt::Key_Space);  // toggles the box through the delegate
@@ -201,16 +206,19 @@ TEST_F(TableTest, HTableRangesAndCellsFollowBothWays) {
   ovui_test::ClickSection(hview->horizontalHeader(), 0);
   EXPECT_EQ(stock->GetCurrent(), 0u);
 
-  EXPECT_TRUE(hmodel->setData(hmodel->index(1, 0), 7) && stock->records[0]["qty"].I32() == 7);
-  EXPECT_TRUE(hmodel->setData(hmodel->index(2, 1), Qt::Checked, Qt::CheckStateRole) &&
-              stock->records[1]["fresh"].Bool());
+  EXPECT_TRUE(hmodel->setData(hmodel->index(1, 0), 7));
+  EXPECT_EQ(stock->records[0]["qty"].I32(), 7);
+  EXPECT_TRUE(hmodel->setData(hmodel->index(2, 1), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_TRUE(stock->records[1]["fresh"].Bool());
   // Refused by the validator and by the table itself.
   const QModelIndex qty = hmodel->index(1, 2), name = hmodel->index(0, 1);
   EXPECT_FALSE(hmodel->setData(qty, 5000));
   EXPECT_EQ(qty.data(Qt::ToolTipRole).toString(), "must be between 0 and 1000");
   EXPECT_EQ(qty.data(Qt::EditRole).toInt(), 5000);  // kept for the editor
-  EXPECT_TRUE(!hmodel->setData(name, "") && name.data(Qt::ToolTipRole) == "refused");
-  EXPECT_TRUE(hmodel->setData(name, "quince") && !name.data(Qt::ToolTipRole).isValid());
+  EXPECT_FALSE(hmodel->setData(name, ""));
+  EXPECT_TRUE(name.data(Qt::ToolTipRole) == "refused");
+  EXPECT_TRUE(hmodel->setData(name, "quince"));
+  EXPECT_FALSE(name.data(Qt::ToolTipRole).isValid());
 }
 
 }  // namespace

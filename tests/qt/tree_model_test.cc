@@ -96,14 +96,17 @@ TEST_F(TreeModelTest, NodesShowSelectEditAndFollowAddsRemovesAndBatches) {
   view->collapseAll();
   new Node("b1z", b1);
   EXPECT_EQ(view->currentIndex(), At(b1->Get(0)));
-  EXPECT_TRUE(view->isExpanded(At(b)) && view->isExpanded(At(b1)));
+  EXPECT_TRUE(view->isExpanded(At(b)));
+  EXPECT_TRUE(view->isExpanded(At(b1)));
   view->collapseAll();
   tree->ExpandAll();
   EXPECT_TRUE(view->isExpanded(At(a1)));
   ovui_test::ExpectRefusedEdit(view, At(a2, 1), "500", "must be between 0 and 100");
   EXPECT_EQ(a2->qty, 0);
-  EXPECT_TRUE(model->setData(At(a2, 1), 50) && !At(a2, 1).data(Qt::ToolTipRole).isValid());
-  EXPECT_TRUE(model->setData(At(a2, 2), Qt::Checked, Qt::CheckStateRole) && a2->done == 1);
+  EXPECT_TRUE(model->setData(At(a2, 1), 50));
+  EXPECT_FALSE(At(a2, 1).data(Qt::ToolTipRole).isValid());
+  EXPECT_TRUE(model->setData(At(a2, 2), Qt::Checked, Qt::CheckStateRole));
+  EXPECT_EQ(a2->done, 1);
   // Refused: a view without columns.
   EXPECT_EQ(TreeModelOverViewModel::Create(tree, new QTreeView(form)), nullptr);
   EXPECT_TRUE(log.HasFailedCheck("Create", "qv.isValid()"));
@@ -138,13 +141,15 @@ TEST_F(TreeModelTest, ChangesRepaintOncePerWindowAndFiltersKeepPersistentIndexes
   tree->DataChanged(b1);
   EXPECT_EQ(changed.size(), 0);  // deferred
   QTest::qWait(150);
-  EXPECT_TRUE(changed.size() >= 1 && changed.size() <= 4) << changed.size();  // one per level
+  EXPECT_GE(changed.size(), 1);  // one per level
+  EXPECT_LE(changed.size(), 4);
   EXPECT_EQ(At(a1x).data().toString(), "a1xz");
 
   const QPersistentModelIndex kept_a1x(At(a1x)), kept_c(At(c));
   tree->Filter("x");
   EXPECT_EQ(Rows(), "a");
-  EXPECT_TRUE(kept_a1x == At(a1x) && !kept_c.isValid());
+  EXPECT_EQ(kept_a1x, At(a1x));
+  EXPECT_FALSE(kept_c.isValid());
 
   new Node("a2q", a2);  // hidden, and so is a2
   new Node("b1x", b1);  // shows b1, then b
