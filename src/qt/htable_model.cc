@@ -18,11 +18,6 @@ const char* const kEvents[] = {
 };
 constexpr int kEventCount = static_cast<int>(sizeof(kEvents) / sizeof(kEvents[0]));
 
-const char* Text(const base::Value& v) {
-  const char* s = v.Str();
-  return s ? s : "";
-}
-
 }  // namespace
 
 HighTableModelOverViewModel* HighTableModelOverViewModel::Create(vm::ViewModelHTable* vm,
@@ -202,7 +197,7 @@ bool HighTableModelOverViewModel::OnEvent(events::Event* e) {
       RepaintAll();
     }
   } else if (type == "rebind") {
-    const char* name = Text(e->GetParam("name"));
+    const char* name = ValueText(e->GetParam("name"));
     if (!*name || this->view->objectName() == QString::fromUtf8(name)) ResetColumns();
   }
   return false;

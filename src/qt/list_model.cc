@@ -9,25 +9,18 @@
 #include "base/log.h"
 #include "mvvm/data_binding_parser.h"
 
-namespace {
-
-// Every event the model follows. The "before-" events open the item-model
-// protocol's begin calls; the list has already changed when the others
-// arrive.
-const char* const kEvents[] = {
+const char* const kListModelEvents[] = {
     "current-changed", "prop-changed",      "before-item-add", "item-add", "before-item-remove",
     "item-remove",     "before-remove-all", "remove-all",      "filtered", "sorted",
     "rebind",          "update-model",
 };
-constexpr int kEventCount = static_cast<int>(sizeof(kEvents) / sizeof(kEvents[0]));
+const int kListModelEventCount =
+    static_cast<int>(sizeof(kListModelEvents) / sizeof(kListModelEvents[0]));
 
-// A string value's text; a string value may hold no text at all.
-const char* Text(const base::Value& v) {
+const char* ValueText(const base::Value& v) {
   const char* s = v.Str();
   return s ? s : "";
 }
-
-}  // namespace
 
 void ListenEvents(vm::ViewModel* vm, events::EventListener* listener, const char* const* names,
                   int count) {
@@ -55,7 +48,7 @@ ListModelOverViewModel::ListModelOverViewModel(vm::ViewModelArray* vm, QAbstract
   this->binding = vm::DataBindingParser::FromString(rule.toStdString());
   connect(widget, SIGNAL(destroyed(QObject*)), this, SLOT(OnWidgetDestroyed(QObject*)));
   connect(widget, SIGNAL(clicked(QModelIndex)), this, SLOT(OnActivated(QModelIndex)));
-  ListenEvents(vm, this, kEvents, kEventCount);
+  ListenEvents(vm, this, kListModelEvents, kListModelEventCount);
   vm->AddRef();
   widget->setModel(this);
   // The view starts on the list's current row, as later changes keep it.
@@ -65,7 +58,7 @@ ListModelOverViewModel::ListModelOverViewModel(vm::ViewModelArray* vm, QAbstract
 ListModelOverViewModel::~ListModelOverViewModel() {
   // Off first: it hands back the emitters' references on this listener, and
   // the list (released next) may go with its emitter.
-  UnlistenEvents(this->vm, this, kEvents, kEventCount);
+  UnlistenEvents(this->vm, this, kListModelEvents, kListModelEventCount);
   this->vm->Release();
   this->vm = nullptr;
   delete this->binding;
@@ -90,7 +83,7 @@ QVariant ListModelOverViewModel::data(const QModelIndex& index, int role) const 
       // Never shown as a date or time here: a list row has no column kind.
       return QVariant(value.I32());
     case base::Value::TYPE_STR:
-      return QVariant(QString::fromUtf8(Text(value)));
+      return QVariant(QString::fromUtf8(ValueText(value)));
     case base::Value::TYPE_POINTER:
       return QVariant::fromValue(value.Pointer());
     default:
@@ -152,14 +145,14 @@ bool ListModelOverViewModel::OnEvent(events::Event* e) {
     ResetRows();
   } else if (type == "rebind") {
     // A rebind names a control, or none for the whole view.
-    const char* name = Text(e->GetParam("name"));
+    const char* name = ValueText(e->GetParam("name"));
     if (!*name || this->widget->objectName() == QString::fromUtf8(name)) ResetRows();
   } else if (type == "update-model") {
     RepaintRows();
   } else if (type == "prop-changed") {
     // Children announce their writes on the list; the list's own "PropsChange"
     // (size and current position) changes no cell.
-    if (std::strcmp(Text(e->GetParam("kind")), "PropChange") == 0) RepaintRows();
+    if (std::strcmp(ValueText(e->GetParam("kind")), "PropChange") == 0) RepaintRows();
   }
   return false;
 }

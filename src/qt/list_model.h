@@ -4,6 +4,7 @@
 #include <QAbstractListModel>
 #include <QModelIndex>
 
+#include "base/value.h"
 #include "events/event_listener.h"
 #include "mvvm/data_binding.h"
 #include "mvvm/view_model_array.h"
@@ -17,6 +18,13 @@ void ListenEvents(vm::ViewModel* vm, events::EventListener* listener, const char
                   int count);
 void UnlistenEvents(vm::ViewModel* vm, events::EventListener* listener, const char* const* names,
                     int count);
+// The events a model over a list view model follows: the "before-" events
+// open the item-model protocol's begin calls; the list has already changed
+// when the others arrive.
+extern const char* const kListModelEvents[];
+extern const int kListModelEventCount;
+// A string value's text; empty for a value without one.
+const char* ValueText(const base::Value& v);
 
 // Shows a list view model in a QListView: one row per child, showing the
 // property (or expression) of the view's "binding.value" rule. Read-only.

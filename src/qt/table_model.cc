@@ -12,25 +12,6 @@
 #include "mvvm/view_model_array_ext.h"
 #include "qt/list_model.h"
 
-namespace {
-
-// Every event the model follows. The "before-" events open the item-model
-// protocol's begin calls; the list has already changed when the others
-// arrive.
-const char* const kEvents[] = {
-    "current-changed", "prop-changed",      "before-item-add", "item-add", "before-item-remove",
-    "item-remove",     "before-remove-all", "remove-all",      "filtered", "sorted",
-    "rebind",          "update-model",
-};
-constexpr int kEventCount = static_cast<int>(sizeof(kEvents) / sizeof(kEvents[0]));
-
-const char* Text(const base::Value& v) {
-  const char* s = v.Str();
-  return s ? s : "";
-}
-
-}  // namespace
-
 TableModelOverViewModel* TableModelOverViewModel::Create(vm::ViewModelArray* vm, QTableView* view) {
   OVUI_CHECK(vm != NULL && view != NULL, nullptr);
   const QVariant qv = view->property("binding.value");
@@ -47,7 +28,7 @@ TableModelOverViewModel::TableModelOverViewModel(vm::ViewModelArray* vm, QTableV
   const auto& items = vm->GetItems();
   this->shown.assign(items.begin(), items.end());
   connect(view, SIGNAL(destroyed(QObject*)), this, SLOT(OnWidgetDestroyed(QObject*)));
-  ListenEvents(vm, this, kEvents, kEventCount);
+  ListenEvents(vm, this, kListModelEvents, kListModelEventCount);
   vm->AddRef();
   view->setItemDelegate(new vm::CellDelegate(view));
   view->setModel(this);
@@ -68,7 +49,7 @@ TableModelOverViewModel::TableModelOverViewModel(vm::ViewModelArray* vm, QTableV
 TableModelOverViewModel::~TableModelOverViewModel() {
   // Off first: it hands back the emitters' references on this listener, and
   // the list (released next) may go with its emitter.
-  UnlistenEvents(this->vm, this, kEvents, kEventCount);
+  UnlistenEvents(this->vm, this, kListModelEvents, kListModelEventCount);
   this->vm->Release();
   this->vm = nullptr;
 }
@@ -193,14 +174,14 @@ bool TableModelOverViewModel::OnEvent(events::Event* e) {
     ShowSortIndicator();
   } else if (type == "rebind") {
     // A rebind names a control, or none for the whole view.
-    const char* name = Text(e->GetParam("name"));
+    const char* name = ValueText(e->GetParam("name"));
     if (!*name || this->view->objectName() == QString::fromUtf8(name)) ResetRows();
   } else if (type == "update-model") {
     RepaintRows();
   } else if (type == "prop-changed") {
     // Children announce their writes on the list; the list's own "PropsChange"
     // (size and current position) changes no cell.
-    if (std::strcmp(Text(e->GetParam("kind")), "PropChange") == 0) RepaintRows();
+    if (std::strcmp(ValueText(e->GetParam("kind")), "PropChange") == 0) RepaintRows();
   }
   return false;
 }

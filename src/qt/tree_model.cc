@@ -29,11 +29,6 @@ constexpr int kNodeEventCount = static_cast<int>(sizeof(kNodeEvents) / sizeof(kN
 // Repaints wait this long, so that a burst of writes costs one pass.
 constexpr int kRepaintDelayMs = 25;
 
-const char* Text(const base::Value& v) {
-  const char* s = v.Str();
-  return s ? s : "";
-}
-
 // Item events carry the holding array and the child as exactly these types.
 vm::ViewModelArray* ParentParam(const events::Event* e) {
   return static_cast<vm::ViewModelArray*>(e->GetParam("parent").Pointer());
@@ -271,7 +266,7 @@ bool TreeModelOverViewModel::OnEvent(events::Event* e) {
     ShowCurrent();
   } else if (type == "rebind") {
     // A rebind names a control, or none for the whole view.
-    const char* name = Text(e->GetParam("name"));
+    const char* name = ValueText(e->GetParam("name"));
     if (!*name || this->view->objectName() == QString::fromUtf8(name)) ResetRows();
   } else if (type == "before-filtered") {
     BeginLayout();
@@ -287,7 +282,7 @@ bool TreeModelOverViewModel::OnEvent(events::Event* e) {
   } else if (type == "prop-changed") {
     // Node writes are announced on the root without naming the node; the
     // root's own "PropsChange" (size and current position) changes no cell.
-    if (std::strcmp(Text(e->GetParam("kind")), "PropChange") == 0) ScheduleRepaint(nullptr);
+    if (std::strcmp(ValueText(e->GetParam("kind")), "PropChange") == 0) ScheduleRepaint(nullptr);
   }
   return false;
 }
